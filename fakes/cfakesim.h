@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QDBusAbstractAdaptor>
+#include <QObject>
+
+namespace Dravo {
+namespace Test {
+
+// The handset's SIM service: "com.nokia.phone.SIM", object "/com/nokia/phone/SIM/security",
+// interface "Phone.Sim.Security", get_imei() -> (s imei, i flags).
+class CFakeSim : public QObject
+{
+    Q_OBJECT
+public:
+    explicit CFakeSim(const QString& imei, QObject* parent = nullptr);
+    QString imei() const { return m_strImei; }
+    int calls() const { return m_iCalls; }
+
+    // Registers the object and the name on `connection`.
+    bool registerOn(class QDBusConnection& connection);
+
+private:
+    friend class CFakeSimAdaptor;
+    QString m_strImei;
+    int m_iCalls = 0;
+};
+
+class CFakeSimAdaptor : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "Phone.Sim.Security")
+public:
+    explicit CFakeSimAdaptor(CFakeSim* parent);
+
+public Q_SLOTS:
+    QString get_imei(int& flags);
+
+private:
+    CFakeSim* m_pSim;
+};
+
+}  // namespace Test
+}  // namespace Dravo

@@ -1,0 +1,200 @@
+#include "cprivatebus.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QThread>
+
+namespace Dravo {
+namespace Test {
+
+namespace {
+
+const char* const kSystemConfig = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>system</type>
+  <listen>unix:path=%1</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow user="*"/>
+    <allow own="*"/>
+    <allow send_type="method_call"/>
+    <allow send_type="signal"/>
+    <allow send_type="method_return"/>
+    <allow send_type="error"/>
+    <allow receive_type="method_call"/>
+    <allow receive_type="signal"/>
+    <allow receive_type="method_return"/>
+    <allow receive_type="error"/>
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+  </policy>
+</busconfig>
+)";
+
+const char* const kSessionConfig = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:path=%1</listen>
+  <auth>EXTERNAL</auth>
+  <servicedir>%2</servicedir>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)";
+
+}  // namespace
+
+CPrivateBus::CPrivateBus(eType type) : m_eType(type) {}
+
+CPrivateBus::~CPrivateBus() { stop(); }
+
+bool CPrivateBus::start(int timeoutMs)
+{
+    if (isRunning()) {
+        return true;
+    }
+    if (!m_tmpDir.isValid()) {
+        m_strError = QStringLiteral("no temporary directory");
+        return false;
+    }
+    const QString socketPath = m_tmpDir.filePath(QStringLiteral("bus"));
+    const QString serviceDir = m_tmpDir.filePath(QStringLiteral("services"));
+    QDir().mkpath(serviceDir);
+    const QString config =
+        m_eType == eSystem ? QString::fromLatin1(kSystemConfig).arg(socketPath)
+                           : QString::fromLatin1(kSessionConfig).arg(socketPath, serviceDir);
+    const QString configPath = m_tmpDir.filePath(QStringLiteral("bus.conf"));
+    QFile file(configPath);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
+        file.write(config.toUtf8()) < 0) {
+        m_strError = QStringLiteral("cannot write ") + configPath;
+        return false;
+    }
+    file.close();
+
+    m_process.setProcessChannelMode(QProcess::SeparateChannels);
+    m_process.start(QStringLiteral("dbus-daemon"),
+                    {QStringLiteral("--config-file=") + configPath, QStringLiteral("--nofork"),
+                     QStringLiteral("--print-address=1")});
+    if (!m_process.waitForStarted(timeoutMs)) {
+        m_strError = QStringLiteral("dbus-daemon did not start: ") + m_process.errorString();
+        return false;
+    }
+    QDeadlineTimer deadline(timeoutMs);
+    QByteArray line;
+    while (!line.contains('\n') && !deadline.hasExpired()) {
+        if (m_process.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) {
+            line += m_process.readAllStandardOutput();
+        } else if (m_process.state() != QProcess::Running) {
+            break;
+        }
+    }
+    m_strAddress = QString::fromUtf8(line.trimmed());
+    if (m_strAddress.isEmpty()) {
+        m_strError = QStringLiteral("dbus-daemon printed no address: ") +
+                     QString::fromUtf8(m_process.readAllStandardError());
+        stop();
+        return false;
+    }
+    return true;
+}
+
+void CPrivateBus::stop()
+{
+    if (m_process.state() != QProcess::NotRunning) {
+        m_process.terminate();
+        if (!m_process.waitForFinished(3000)) {
+            m_process.kill();
+            m_process.waitForFinished(3000);
+        }
+    }
+}
+
+bool CPrivateBus::isRunning() const { return m_process.state() == QProcess::Running; }
+
+void CPrivateBus::exportAddress() const
+{
+    qputenv(m_eType == eSystem ? "DBUS_SYSTEM_BUS_ADDRESS" : "DBUS_SESSION_BUS_ADDRESS",
+            m_strAddress.toUtf8());
+}
+
+CPrivateBuses::CPrivateBuses() : m_session(CPrivateBus::eSession), m_system(CPrivateBus::eSystem) {}
+
+bool CPrivateBuses::start()
+{
+    if (!m_session.start() || !m_system.start()) {
+        return false;
+    }
+    m_session.exportAddress();
+    m_system.exportAddress();
+    return true;
+}
+
+QString CPrivateBuses::errorString() const
+{
+    return m_session.errorString() + QLatin1Char(' ') + m_system.errorString();
+}
+
+CHelperProcess::~CHelperProcess() { stop(); }
+
+bool CHelperProcess::start(const QString& program, const QStringList& args,
+                           const QString& readyMarker, int timeoutMs,
+                           const QProcessEnvironment& env)
+{
+    stop();
+    m_baOutput.clear();
+    m_process.setProcessEnvironment(env);
+    m_process.setProcessChannelMode(QProcess::SeparateChannels);
+    m_process.setReadChannel(QProcess::StandardOutput);
+    m_process.start(program, args);
+    if (!m_process.waitForStarted(timeoutMs)) {
+        return false;
+    }
+    if (readyMarker.isEmpty()) {
+        return true;
+    }
+    const QByteArray marker = readyMarker.toUtf8();
+    QDeadlineTimer deadline(timeoutMs);
+    while (!m_baOutput.contains(marker) && !deadline.hasExpired()) {
+        if (m_process.waitForReadyRead(static_cast<int>(qMax<qint64>(1, deadline.remainingTime())))) {
+            m_baOutput += m_process.readAllStandardOutput();
+        } else if (m_process.state() != QProcess::Running) {
+            break;
+        }
+    }
+    return m_baOutput.contains(marker);
+}
+
+void CHelperProcess::stop()
+{
+    if (m_process.state() != QProcess::NotRunning) {
+        m_process.terminate();
+        if (!m_process.waitForFinished(3000)) {
+            m_process.kill();
+            m_process.waitForFinished(3000);
+        }
+    }
+}
+
+bool CHelperProcess::isRunning() const { return m_process.state() == QProcess::Running; }
+
+QString binaryPath(const QString& name)
+{
+#ifdef TARVIK_BIN_DIR
+    const QString dir = QStringLiteral(TARVIK_BIN_DIR);
+#else
+    const QString dir = QCoreApplication::applicationDirPath();
+#endif
+    return QDir(dir).filePath(name);
+}
+
+}  // namespace Test
+}  // namespace Dravo

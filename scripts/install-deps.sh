@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Installs every Debian 12 package that building, running and testing tarvik needs.
+# Safe to run again: packages already present are skipped.
+set -euo pipefail
+
+PACKAGES=(
+  build-essential cmake ninja-build pkg-config git
+  qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libqt6opengl6-dev
+  qt6-positioning-dev libqt6positioning6-plugins
+  qt6-webengine-dev qt6-webchannel-dev
+  qt6-svg-dev libqt6svg6
+  qt6-tools-dev-tools qdbus-qt6
+  libgl-dev libxkbcommon-dev
+  libsqlite3-dev sqlite3 zlib1g-dev
+  dbus dbus-daemon dbus-x11
+  xvfb xauth x11-utils imagemagick librsvg2-bin
+  evolution-data-server libebook1.2-dev libebook-contacts1.2-dev libedataserver1.2-dev
+  libjs-leaflet
+  libbenchmark-dev
+  appstream desktop-file-utils
+  fonts-dejavu-core
+)
+
+missing=()
+for p in "${PACKAGES[@]}"; do
+  if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then
+    missing+=("$p")
+  fi
+done
+
+if [ ${#missing[@]} -eq 0 ]; then
+  exit 0
+fi
+
+SUDO=""
+if [ "$(id -u)" -ne 0 ]; then SUDO="sudo"; fi
+echo "install-deps: installing ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+$SUDO apt-get update -qq
+$SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QMetaType>
+#include <QString>
+#include <QStringList>
+
+namespace Dravo {
+
+// The four message folders. CAsyncTStorage and CTarvikStorage both derive from this,
+// so the enumeration is spelled CAsyncTStorage::eFolderName where it is used.
+class CFolderNames
+{
+public:
+    enum eFolderName
+    {
+        eFolderInbox = 0,
+        eFolderOutbox = 1,
+        eFolderSent = 2,
+        eFolderDraft = 3
+    };
+
+    // "inbox", "outbox", "sent", "draft", indexed by eFolderName.
+    static const QStringList& tableNames();
+    static bool isValidFolder(int folder) { return folder >= 0 && folder < 4; }
+    // The table name, or an empty string for a value outside 0..3.
+    static QString tableName(int folder);
+};
+
+}  // namespace Dravo
+
+Q_DECLARE_METATYPE(Dravo::CFolderNames::eFolderName)
