@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QString>
+
+namespace Dravo {
+
+// The fixed English texts the user sees, one read-only accessor per text. Every
+// screen takes its texts from here so wording stays in one place.
+//
+// To add a text: declare an accessor below and define it in ctexts.cpp with
+// TARVIK_TEXT(accessor, "The text").
+class CTexts
+{
+public:
+    CTexts() = delete;
+
+    // Application and main menu
+    static const QString& appName();
+    static const QString& sendATarvik();
+    static const QString& inbox();
+    static const QString& outbox();
+    static const QString& sentTarviks();
+    static const QString& settings();
+    static const QString& feedback();
+    static const QString& aboutTarvik();
+
+    // About screen
+    static const QString& versionPrefix();  // "tarvik v " (ends in a blank)
+    static const QString& versionSuffix();  // " by QEL Communications" (starts with a blank)
+    static const QString& emailPrefix();    // "E-mail: "
+    static const QString& tagline();
+
+    // Buttons
+    static const QString& back();
+    static const QString& open();
+    static const QString& deleteText();
+    static const QString& deleteAll();
+    static const QString& send();
+    static const QString& reply();
+    static const QString& forward();
+    static const QString& map();
+    static const QString& route();
+    static const QString& contacts();
+    static const QString& continueText();
+    static const QString& pageUp();
+    static const QString& pageDown();
+    static const QString& viewRoute();
+    static const QString& showOnMap();
+
+    // Popups
+    static const QString& newTarviksReceived();
+    static const QString& sending();
+    static const QString& sendingFailed();
+    static const QString& sendingReceivingTarviks();
+    static const QString& requestingLocation();
+    static const QString& unableToDetermineLocation();
+    static const QString& routeCantBeCalculated();
+    static const QString& exitOfflineMode();
+
+    // Folder lists and message view
+    static const QString& noTarviks();
+    static const QString& fromLabel();
+    static const QString& toLabel();
+    static const QString& subjectLabel();
+    static const QString& dateLabel();
+    static const QString& sentLabel();
+    static const QString& replyPrefix();    // "RE:"
+    static const QString& forwardPrefix();  // "FW:"
+    static const QString& chooseAContact();
+
+    // Registration
+    static const QString& registrationPrompt();
+    static const QString& phoneNumberQuestion();
+    static const QString& screenNameQuestion();
+    static const QString& internationalFormatHint();
+    static const QString& registrationWait();
+    static const QString& registrationFailed();
+};
+
+}  // namespace Dravo
