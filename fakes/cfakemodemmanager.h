@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusAbstractAdaptor>
+#include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QMap>
 #include <QObject>
@@ -21,7 +22,7 @@ class CFakeModemManager : public QObject
 public:
     // One modem per identifier, at /org/freedesktop/ModemManager1/Modem/<n>.
     explicit CFakeModemManager(const QStringList& equipmentIds, QObject* parent = nullptr);
-    bool registerOn(class QDBusConnection& connection);
+    bool registerOn(QDBusConnection& connection);
     ManagedObjectsMap managedObjects() const;
 
 private:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusAbstractAdaptor>
+#include <QDBusConnection>
 #include <QObject>
 
 namespace Dravo {
@@ -17,7 +18,7 @@ public:
     int calls() const { return m_iCalls; }
 
     // Registers the object and the name on `connection`.
-    bool registerOn(class QDBusConnection& connection);
+    bool registerOn(QDBusConnection& connection);
 
 private:
     friend class CFakeSimAdaptor;

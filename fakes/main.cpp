@@ -5,6 +5,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QTextStream>
 
 #include "cfakemodemmanager.h"

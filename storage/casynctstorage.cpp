@@ -1,0 +1,264 @@
+#include "casynctstorage.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QMetaType>
+
+// The template database resource is compiled into this library; registering it is
+// part of starting a storage worker.
+static void initStorageResource()
+{
+    Q_INIT_RESOURCE(res_storage);
+}
+
+namespace Dravo {
+
+QMap<QString, QSharedPointer<CAsyncTStorage>>& CAsyncTStorage::storages()
+{
+    static QMap<QString, QSharedPointer<CAsyncTStorage>> m_mStorages;
+    return m_mStorages;
+}
+
+QString CAsyncTStorage::instanceName(int number)
+{
+    switch (number) {
+    case 0:
+        return QStringLiteral("async_tarvikdb_demon");
+    case 1:
+        return QStringLiteral("async_tarvikdb_ui");
+    default:
+        return QStringLiteral("async_tarvikdb_custom_%1").arg(number);
+    }
+}
+
+CAsyncTStorage* CAsyncTStorage::getInstance(int number)
+{
+    const QString name = instanceName(number);
+    auto& map = storages();
+    auto it = map.find(name);
+    if (it == map.end()) {
+        qDebug().noquote() << "CAsyncTStorage::getInstance(): new instance: " + name;
+        it = map.insert(name, QSharedPointer<CAsyncTStorage>(new CAsyncTStorage(name)));
+    }
+    return it.value().data();
+}
+
+void CAsyncTStorage::registerMetaTypes()
+{
+    qRegisterMetaType<CAsyncTStorage::eFolderName>("eFolderName");
+    qRegisterMetaType<CTarvik>("CTarvik");
+    qRegisterMetaType<QList<int>>("QList<int>");
+    qRegisterMetaType<QList<CTarvik>>("QList<CTarvik>");
+    qRegisterMetaType<CTSettings>("CTSettings");
+    qRegisterMetaType<CTarvikStorage::CUserData>("CTarvikStorage::CUserData");
+    qRegisterMetaType<CTarvikStorage::CUserData*>("CTarvikStorage::CUserData*");
+    qRegisterMetaType<CLocationRequest>("CLocationRequest");
+}
+
+CAsyncTStorage::CAsyncTStorage(const QString& name)
+    : QThread(nullptr), m_bQuitting(false), m_bInitialized(0), m_strName(name)
+{
+    if (QCoreApplication* app = QCoreApplication::instance()) {
+        connect(app, &QCoreApplication::aboutToQuit, this, &CAsyncTStorage::onAppQuit);
+        // Before static destruction, every worker has closed its connection.
+        static bool postRoutineAdded = false;
+        if (!postRoutineAdded) {
+            qAddPostRoutine(&CAsyncTStorage::waitForAllWorkers);
+            postRoutineAdded = true;
+        }
+    }
+}
+
+CAsyncTStorage::~CAsyncTStorage()
+{
+    if (isRunning()) {
+        quit();
+        wait();
+    }
+}
+
+void CAsyncTStorage::waitForAllWorkers()
+{
+    for (const auto& storage : storages()) {
+        if (storage->isRunning()) {
+            storage->quit();
+            storage->wait();
+        }
+    }
+}
+
+void CAsyncTStorage::start()
+{
+    initStorageResource();
+    QThread::start(QThread::InheritPriority);
+}
+
+void CAsyncTStorage::onAppQuit()
+{
+    Q_EMIT beforeDestroy();
+    m_bQuitting = true;
+    quit();
+}
+
+void CAsyncTStorage::run()
+{
+    qDebug().noquote() << "CAsyncTStorage::run() " + m_strName;
+    CTarvikStorage* storage = new CTarvikStorage(m_strName);
+    registerMetaTypes();
+
+    const Qt::ConnectionType q = Qt::QueuedConnection;
+    QList<QMetaObject::Connection> connections = {
+        connect(this, &CAsyncTStorage::signalGetTarvikRequest, storage, &CTarvikStorage::getTarvikRequest, q),
+        connect(this, &CAsyncTStorage::signalSaveTarvikRequest, storage, &CTarvikStorage::saveTarvikRequest, q),
+        connect(this, &CAsyncTStorage::signalRemoveTarvikRequest, storage, &CTarvikStorage::removeTarvikRequest, q),
+        connect(this, &CAsyncTStorage::signalGetTarviksRequest, storage, &CTarvikStorage::getTarviksRequest, q),
+        connect(this, &CAsyncTStorage::signalSaveTarviksRequest, storage, &CTarvikStorage::saveTarviksRequest, q),
+        connect(this, &CAsyncTStorage::signalRemoveTarviksRequest, storage, &CTarvikStorage::removeTarviksRequest, q),
+        connect(this, &CAsyncTStorage::signalRemoveAllTarviksRequest, storage,
+                &CTarvikStorage::removeAllTarviksRequest, q),
+        connect(this, &CAsyncTStorage::signalGetSettingsRequest, storage, &CTarvikStorage::getSettingsRequest, q),
+        connect(this, &CAsyncTStorage::signalSaveSettingsRequest, storage, &CTarvikStorage::saveSettingsRequest, q),
+        connect(this, &CAsyncTStorage::signalGetLocationRequestRequest, storage,
+                &CTarvikStorage::getLocationRequestRequest, q),
+        connect(this, &CAsyncTStorage::signalSaveLocationRequestRequest, storage,
+                &CTarvikStorage::saveLocationRequestRequest, q),
+        connect(storage, &CTarvikStorage::signalTarvikGotten, this, &CAsyncTStorage::signalTarvikGotten, q),
+        connect(storage, &CTarvikStorage::signalTarvikSaved, this, &CAsyncTStorage::signalTarvikSaved, q),
+        connect(storage, &CTarvikStorage::signalTarvikRemoved, this, &CAsyncTStorage::signalTarvikRemoved, q),
+        connect(storage, &CTarvikStorage::signalTarviksGotten, this, &CAsyncTStorage::signalTarviksGotten, q),
+        connect(storage, &CTarvikStorage::signalTarviksSaved, this, &CAsyncTStorage::signalTarviksSaved, q),
+        connect(storage, &CTarvikStorage::signalTarviksRemoved, this, &CAsyncTStorage::signalTarviksRemoved, q),
+        connect(storage, &CTarvikStorage::signalAllTarviksRemoved, this, &CAsyncTStorage::signalAllTarviksRemoved, q),
+        connect(storage, &CTarvikStorage::signalSettingsGotten, this, &CAsyncTStorage::signalSettingsGotten, q),
+        connect(storage, &CTarvikStorage::signalSettingsSaved, this, &CAsyncTStorage::signalSettingsSaved, q),
+        connect(storage, &CTarvikStorage::signalLocationRequestGotten, this,
+                &CAsyncTStorage::signalLocationRequestGotten, q),
+        connect(storage, &CTarvikStorage::signalLocationRequestSaved, this,
+                &CAsyncTStorage::signalLocationRequestSaved, q),
+    };
+    for (const QMetaObject::Connection& connection : connections) {
+        const bool result = bool(connection);
+        Q_ASSERT_X(result == true, "CAsyncTStorage::run", "result == true");
+        if (!result) {
+            qFatal("CAsyncTStorage::run result == true");
+        }
+    }
+
+    m_bInitialized.storeRelease(1);
+    Q_EMIT signalInitialized();
+    exec();
+
+    m_bInitialized.storeRelease(0);
+    for (const QMetaObject::Connection& connection : connections) {
+        const bool result = disconnect(connection);
+        Q_ASSERT_X(result == true, "CAsyncTStorage::run", "result == true");
+    }
+    delete storage;
+}
+
+bool CAsyncTStorage::getTarvik(int tid, eFolderName folderName, CTarvikStorage::CUserData* userData)
+{
+    if (!isInitialized()) {
+        return false;
+    }
+    Q_EMIT signalGetTarvikRequest(tid, folderName, userData);
+    return true;
+}
+
+bool CAsyncTStorage::saveTarvik(const CTarvik& tarvik, eFolderName folderName,
+                                CTarvikStorage::CUserData* userData)
+{
+    if (!isInitialized()) {
+        return false;
+    }
+    Q_EMIT signalSaveTarvikRequest(tarvik, folderName, userData);
+    return true;
+}
+
+bool CAsyncTStorage::removeTarvik(int tid, eFolderName folderName, CTarvikStorage::CUserData* userData)
+{
+    if (!isInitialized()) {
+        return false;
+    }
+    Q_EMIT signalRemoveTarvikRequest(tid, folderName, userData);
+    return true;
+}
+
+bool CAsyncTStorage::getTarviks(eFolderName folderName, int limit, int offset,
+                                CTarvikStorage::CUserData* userData)
+{
+    if (!isInitialized()) {
+        return false;
+    }
+    Q_EMIT signalGetTarviksRequest(folderName, limit, offset, userData);
+    return true;
+}
+
+bool CAsyncTStorage::saveTarviks(const QList<CTarvik>& tarviks, eFolderName folderName,
+                                 CTarvikStorage::CUserData* userData)
+{
+    if (!isInitialized()) {
+        return false;
+    }
+    Q_EMIT signalSaveTarviksRequest(tarviks, folderName, userData);
+    return true;
+}
+
+bool CAsyncTStorage::removeTarviks(const QList<int>& tids, eFolderName folderName,
+                                   CTarvikStorage::CUserData* userData)
+{
+    if (!isInitialized()) {
+        return false;
+    }
+    Q_EMIT signalRemoveTarviksRequest(tids, folderName, userData);
+    return true;
+}
+
+bool CAsyncTStorage::removeAllTarviks(eFolderName folderName, CTarvikStorage::CUserData* userData)
+{
+    if (!isInitialized()) {
+        return false;
+    }
+    Q_EMIT signalRemoveAllTarviksRequest(folderName, userData);
+    return true;
+}
+
+bool CAsyncTStorage::getSettings(CTarvikStorage::CUserData* userData)
+{
+    if (!isInitialized()) {
+        return false;
+    }
+    Q_EMIT signalGetSettingsRequest(userData);
+    return true;
+}
+
+bool CAsyncTStorage::saveSettings(const CTSettings& settings, uint mask,
+                                  CTarvikStorage::CUserData* userData)
+{
+    if (!isInitialized()) {
+        return false;
+    }
+    Q_EMIT signalSaveSettingsRequest(settings, mask, userData);
+    return true;
+}
+
+bool CAsyncTStorage::getLocationRequest(CTarvikStorage::CUserData* userData)
+{
+    if (!isInitialized()) {
+        return false;
+    }
+    Q_EMIT signalGetLocationRequestRequest(userData);
+    return true;
+}
+
+bool CAsyncTStorage::saveLocationRequest(const CLocationRequest& locationrequest, uint mask,
+                                         CTarvikStorage::CUserData* userData)
+{
+    if (!isInitialized()) {
+        return false;
+    }
+    Q_EMIT signalSaveLocationRequestRequest(locationrequest, mask, userData);
+    return true;
+}
+
+}  // namespace Dravo

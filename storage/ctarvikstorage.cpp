@@ -1,0 +1,971 @@
+#include "ctarvikstorage.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QLocale>
+#include <QMutexLocker>
+#include <QResource>
+#include <QSqlDatabase>
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QVariant>
+
+#include <sqlite3.h>
+
+#include "phonesimsecurityinterface.h"
+
+namespace Dravo {
+
+QMutex localMutex;
+
+const QString CTarvikStorage::softwareVersion = QStringLiteral("1.0.5");
+const QString CTarvikStorage::driverName = QStringLiteral("QSQLITE");
+const QString CTarvikStorage::fileName = QStringLiteral("tarvikdb.sqlite");
+const QString CTarvikStorage::templateResource = QStringLiteral(":/res_storage/tarvikdb.sqlite");
+
+namespace {
+
+const char* const kSelectColumns =
+    "select tid, tguid, tfrom, tto, tutcdatetime, ttz, ttitle, tnote, tlatitude, tlongitude, "
+    "tscreenname, taddress, ttype, ttypedesc, timage, tpriority, tcolor, treg, tcountry, "
+    "tcarrier, tversion, tflag from %1";
+
+const char* const kInsert =
+    "insert into %1 (tguid, tfrom, tto, tutcdatetime, ttz, ttitle, tnote, tlatitude, tlongitude, "
+    "tscreenname, taddress, ttype, ttypedesc, timage, tpriority, tcolor, treg, tcountry, tcarrier, "
+    "tversion, tflag) values (:tguid, :tfrom, :tto, :tutcdatetime, :ttz, :ttitle, :tnote, "
+    ":tlatitude, :tlongitude, :tscreenname, :taddress, :ttype, :ttypedesc, :timage, :tpriority, "
+    ":tcolor, :treg, :tcountry, :tcarrier, :tversion, :tflag)";
+
+const char* const kUpdate =
+    "update %1 set tguid=:tguid, tfrom=:tfrom, tto=:tto, tutcdatetime=:tutcdatetime, ttz=:ttz, "
+    "ttitle=:ttitle, tnote=:tnote, tlatitude=:tlatitude, tlongitude=:tlongitude, "
+    "tscreenname=:tscreenname, taddress=:taddress, ttype=:ttype, ttypedesc=:ttypedesc, "
+    "timage=:timage, tpriority=:tpriority, tcolor=:tcolor, treg=:treg, tcountry=:tcountry, "
+    "tcarrier=:tcarrier, tversion=:tversion, tflag=:tflag where tid=:tid";
+
+QString sql(const char* text, const QString& table) { return QString::fromLatin1(text).arg(table); }
+
+QString driverText(const QSqlQuery& query) { return query.lastError().text(); }
+
+// Numeric columns: text that is not a number is logged and the field keeps its default.
+bool toIntColumn(const QVariant& value, int& out, const char* message)
+{
+    bool ok = false;
+    const int converted = value.toInt(&ok);
+    if (!ok) {
+        qDebug().noquote() << QString::fromLatin1(message) + value.toString();
+        return false;
+    }
+    out = converted;
+    return true;
+}
+
+// Coordinates are read as text and converted with the system locale, after every '.' has
+// been turned into the locale's decimal point, so text written by another program in
+// either form is understood. Values SQLite already holds as REAL are taken as they are.
+bool toCoordinate(const QVariant& value, double& out)
+{
+    if (value.typeId() == QMetaType::Double) {
+        out = value.toDouble();
+        return true;
+    }
+    const QLocale locale;
+    QString text = value.toString();
+    text.replace(QLatin1Char('.'), locale.decimalPoint());
+    bool ok = false;
+    const double converted = locale.toDouble(text, &ok);
+    if (ok) {
+        out = converted;
+    }
+    return ok;
+}
+
+// ModemManager's first modem: GetManagedObjects returns a{oa{sa{sv}}}.
+QString imeiFromModemManager()
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.ModemManager1"), QStringLiteral("/org/freedesktop/ModemManager1"),
+        QStringLiteral("org.freedesktop.DBus.ObjectManager"), QStringLiteral("GetManagedObjects"));
+    const QDBusMessage reply = QDBusConnection::systemBus().call(call, QDBus::Block, 3000);
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
+        return QString();
+    }
+    const QDBusArgument arg = reply.arguments().at(0).value<QDBusArgument>();
+    if (arg.currentSignature() != QLatin1String("a{oa{sa{sv}}}")) {
+        return QString();
+    }
+    QString imei;
+    arg.beginMap();
+    while (!arg.atEnd() && imei.isEmpty()) {
+        QDBusObjectPath path;
+        arg.beginMapEntry();
+        arg >> path;
+        arg.beginMap();
+        while (!arg.atEnd()) {
+            QString interface;
+            QVariantMap properties;
+            arg.beginMapEntry();
+            arg >> interface >> properties;
+            arg.endMapEntry();
+            if (imei.isEmpty() && interface == QLatin1String("org.freedesktop.ModemManager1.Modem")) {
+                imei = properties.value(QStringLiteral("EquipmentIdentifier")).toString();
+            }
+        }
+        arg.endMap();
+        arg.endMapEntry();
+    }
+    arg.endMap();
+    return imei;
+}
+
+}  // namespace
+
+CTarvikStorage::CUserData::~CUserData() = default;
+
+QString CTarvikStorage::dataDirectory() { return QDir::homePath() + QStringLiteral("/.tarvik/"); }
+
+QString CTarvikStorage::databasePath() { return dataDirectory() + fileName; }
+
+CTarvikStorage::CTarvikStorage()
+    : QObject(nullptr), m_strConnectionName(QStringLiteral("tarvikdb_default")), m_pDatabase(nullptr)
+{
+    qDebug().noquote() << "CTarvikStorage::CTarvikStorage default constructor m_strConnectionName ="
+                       << m_strConnectionName;
+    QMutexLocker locker(&localMutex);
+    openDatabase();
+}
+
+CTarvikStorage::CTarvikStorage(const QString& connectionName, QObject* parent)
+    : QObject(parent), m_strConnectionName(connectionName), m_pDatabase(nullptr)
+{
+    qDebug().noquote() << "CTarvikStorage::CTarvikStorage constructor m_strConnectionName ="
+                       << m_strConnectionName;
+    QMutexLocker locker(&localMutex);
+    openDatabase();
+}
+
+CTarvikStorage::~CTarvikStorage()
+{
+    QMutexLocker locker(&localMutex);
+    closeDatabase();
+}
+
+bool CTarvikStorage::isOpen() const { return m_pDatabase && m_pDatabase->isOpen(); }
+
+void CTarvikStorage::closeDatabase()
+{
+    if (m_pDatabase) {
+        m_pDatabase->close();
+        delete m_pDatabase;
+        m_pDatabase = nullptr;
+    }
+    if (QSqlDatabase::contains(m_strConnectionName)) {
+        QSqlDatabase::removeDatabase(m_strConnectionName);
+    }
+}
+
+void CTarvikStorage::openDatabase()
+{
+    Q_ASSERT_X(m_pDatabase == nullptr, "CTarvikStorage::openDatabase", "m_pDatabase == NULL");
+    closeDatabase();
+
+    const QString path = databasePath();
+    bool created = false;
+    if (!QFile::exists(path)) {
+        qDebug() << "CTarvikStorage::openDatabase creating database";
+        if (!createDatabase()) {
+            qWarning() << "CTarvikStorage::openDatabase failed to create database";
+            return;
+        }
+        created = true;
+    }
+
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(driverName, m_strConnectionName);
+        if (!db.isValid()) {
+            db = QSqlDatabase();
+            QSqlDatabase::removeDatabase(m_strConnectionName);
+            qWarning() << "CTarvikStorage::openDatabase failed to allocate memory for database";
+            return;
+        }
+        m_pDatabase = new QSqlDatabase(db);
+    }
+    m_pDatabase->setDatabaseName(path);
+    m_pDatabase->setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(busyTimeoutMs));
+    if (!m_pDatabase->open()) {
+        qWarning().noquote() << "CTarvikStorage::openDatabase failed to open database: " +
+                                    m_pDatabase->lastError().text();
+        return;
+    }
+
+    if (!created) {
+        bool versionDiffers = false;
+        {
+            QSqlQuery query(*m_pDatabase);
+            if (!query.exec(QStringLiteral("select value from settings where name='version'"))) {
+                qWarning().noquote()
+                    << "CTarvikStorage::openDatabase failed to execute select version query" +
+                           driverText(query);
+            } else if (!query.next()) {
+                qWarning() << "CTarvikStorage::openDatabase failed to get version from query";
+            } else {
+                versionDiffers = query.value(0).toString() != softwareVersion;
+            }
+        }
+        if (versionDiffers) {
+            qDebug() << "CTarvikStorage::openDatabase: recreating DB since SW & DB versions are not equal";
+            if (!recreateDatabase()) {
+                qWarning() << "CTarvikStorage::openDatabase failed to recreate db";
+            }
+        }
+        return;
+    }
+
+    qDebug() << "CTarvikStorage::openDatabase write SW version to a new DB after creating";
+    QSqlQuery update(*m_pDatabase);
+    update.prepare(QStringLiteral("update settings set value=:value where name='version'"));
+    update.bindValue(QStringLiteral(":value"), softwareVersion);
+    if (!update.exec()) {
+        qWarning().noquote() << "CTarvikStorage::openDatabase failed to exec update version query: " +
+                                    driverText(update);
+        return;
+    }
+    storeImei(*m_pDatabase);
+}
+
+void CTarvikStorage::storeImei(QSqlDatabase& db)
+{
+    qDebug() << "CTarvikStorage::openDatabase get IMEI started";
+    int flags = 0;
+    PhoneSimSecurityInterface sim(QStringLiteral("com.nokia.phone.SIM"),
+                                  QStringLiteral("/com/nokia/phone/SIM/security"),
+                                  QDBusConnection::systemBus());
+    sim.setTimeout(3000);
+    QString imei = sim.get_imei(flags);
+    if (imei.isEmpty()) {
+        // Today's phones and desktops have no SIM service; ModemManager knows the modem's IMEI.
+        imei = imeiFromModemManager();
+    }
+    if (imei.isEmpty()) {
+        qWarning() << "CTarvikStorage::openDatabase failed to get imei";
+        return;
+    }
+    qDebug().noquote() << "CTarvikStorage::openDatabase get IMEI ended: " + imei;
+    QSqlQuery query(db);
+    query.prepare(QStringLiteral("update settings set value=:value where name='imei'"));
+    query.bindValue(QStringLiteral(":value"), imei);
+    if (!query.exec()) {
+        qWarning().noquote() << "CTarvikStorage::openDatabase failed to exec update imei query: " +
+                                    driverText(query);
+    }
+}
+
+bool CTarvikStorage::createDatabase()
+{
+    QResource resource(templateResource);
+    Q_ASSERT_X(resource.isValid(), "CTarvikStorage::createDatabase", "valid");
+    if (!resource.isValid()) {
+        qWarning() << "CTarvikStorage::createDatabase() template resource is missing";
+        return false;
+    }
+    const QString dir = dataDirectory();
+    if (!QDir().exists(dir) && !QDir().mkpath(dir)) {
+        qWarning() << "CTarvikStorage::createDatabase() failed to create db path";
+        return false;
+    }
+    const QByteArray data = resource.uncompressedData();
+    QFile file(databasePath());
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        qWarning().noquote() << QStringLiteral("CTarvikStorage::createDatabase() failed to open file for writing: %1 %2")
+                                    .arg(file.error())
+                                    .arg(file.errorString());
+        return false;
+    }
+    const qint64 written = file.write(data);
+    const bool flushed = file.flush();
+    if (written < data.size() || !flushed) {
+        qWarning().noquote() << QStringLiteral("CTarvikStorage::createDatabase() failed to write to stream: %1 %2")
+                                    .arg(file.error())
+                                    .arg(file.errorString());
+        file.close();
+        // A half-written template is not a database; leave no such file behind.
+        QFile::remove(databasePath());
+        return false;
+    }
+    file.close();
+    return true;
+}
+
+bool CTarvikStorage::recreateDatabase()
+{
+    closeDatabase();
+    const QString path = databasePath();
+    if (QFile::exists(path) && !QFile::remove(path)) {
+        qWarning().noquote() << "CTarvikStorage::recreateDatabase failed to remove database" << path;
+        return false;
+    }
+    openDatabase();
+    return isOpen();
+}
+
+bool CTarvikStorage::checkOpen(const char* operation) const
+{
+    if (!isOpen()) {
+        qWarning().noquote() << QStringLiteral("CTarvikStorage::%1 db is not opened")
+                                    .arg(QLatin1String(operation));
+        return false;
+    }
+    return true;
+}
+
+bool CTarvikStorage::checkFolder(int folder, const char* operation) const
+{
+    if (!isValidFolder(folder)) {
+        qWarning().noquote() << QStringLiteral("CTarvikStorage::%1 invalid folder=%2")
+                                    .arg(QLatin1String(operation))
+                                    .arg(folder);
+        return false;
+    }
+    return true;
+}
+
+bool CTarvikStorage::retrieveTarvikFromQuery(const QSqlQuery& query, CTarvik& tarvik)
+{
+    bool ok = false;
+    const QVariant tid = query.value(0);
+    const int id = tid.toInt(&ok);
+    if (!ok) {
+        qWarning().noquote() << "CTarvikStorage::retrieveTarvikFromQuery invalid tid: " + tid.toString();
+        return false;
+    }
+    tarvik.setId(id);
+    tarvik.setGuid(query.value(1).toString());
+    tarvik.setFrom(query.value(2).toString());
+    tarvik.setTo(query.value(3).toString());
+
+    const QVariant seconds = query.value(4);
+    const uint secs = seconds.toUInt(&ok);
+    if (ok) {
+        tarvik.setDateTime(QDateTime::fromSecsSinceEpoch(secs, Qt::UTC));
+    } else {
+        qDebug().noquote() << "CTarvikStorage::retrieveTarvikFromQuery invalid tutcdatetime: " +
+                                  seconds.toString();
+    }
+    int number = 0;
+    if (toIntColumn(query.value(5), number, "CTarvikStorage::retrieveTarvikFromQuery invalid ttz: ")) {
+        tarvik.setTz(number);
+    }
+    tarvik.setTitle(query.value(6).toString());
+    tarvik.setNote(query.value(7).toString());
+    double coordinate = 0.0;
+    const QVariant latitude = query.value(8);
+    if (toCoordinate(latitude, coordinate)) {
+        tarvik.setLatitude(coordinate);
+    } else {
+        qDebug().noquote() << "CTarvikStorage::retrieveTarvikFromQuery invalid tlatitude: " +
+                                  latitude.toString();
+    }
+    const QVariant longitude = query.value(9);
+    if (toCoordinate(longitude, coordinate)) {
+        tarvik.setLongitude(coordinate);
+    } else {
+        qDebug().noquote() << "CTarvikStorage::retrieveTarvikFromQuery invalid tlongitude: " +
+                                  longitude.toString();
+    }
+    tarvik.setScreenname(query.value(10).toString());
+    tarvik.setAddress(query.value(11).toString());
+    tarvik.setType(query.value(12).toString());
+    tarvik.setTypedesc(query.value(13).toString());
+    tarvik.setImage(query.value(14).toString());
+    if (toIntColumn(query.value(15), number,
+                    "CTarvikStorage::retrieveTarvikFromQuery invalid tpriority: ")) {
+        tarvik.setPriority(number);
+    }
+    const QString color = query.value(16).toString();
+    if (!color.isEmpty()) {
+        tarvik.setColor(color);
+    }
+    tarvik.setReg(query.value(17).toString());
+    if (toIntColumn(query.value(18), number,
+                    "CTarvikStorage::retrieveTarvikFromQuery invalid tcountry: ")) {
+        tarvik.setCountry(number);
+    }
+    tarvik.setCarrier(query.value(19).toString());
+    tarvik.setVersion(query.value(20).toString());
+    if (toIntColumn(query.value(21), number, "CTarvikStorage::retrieveTarvikFromQuery invalid tflag: ")) {
+        tarvik.setFlag(number);
+    }
+    return true;
+}
+
+bool CTarvikStorage::retrieveTarviksFromQuery(QSqlQuery& query, QList<CTarvik>& tarviks)
+{
+    {
+        QMutexLocker locker(&localMutex);
+        if (!query.exec()) {
+            qWarning().noquote() << "CTarvikStorage::retrieveTarviksFromQuery failed to execute query" +
+                                        driverText(query);
+            return false;
+        }
+    }
+    while (query.next()) {
+        CTarvik tarvik;
+        if (!retrieveTarvikFromQuery(query, tarvik)) {
+            qWarning() << "CTarvikStorage::retrieveTarviksFromQuery failed to retrieve tarvik";
+            continue;
+        }
+        tarviks.append(tarvik);
+    }
+    return true;
+}
+
+bool CTarvikStorage::getTarvik(int tid, eFolderName folder, CTarvik& tarvik)
+{
+    qDebug("CTarvikStorage::getTarvik: started tid=%d folder=%d", tid, int(folder));
+    if (!checkOpen("getTarvik") || !checkFolder(folder, "getTarvik")) {
+        return false;
+    }
+    QMutexLocker locker(&localMutex);
+    QSqlQuery query(*m_pDatabase);
+    query.setForwardOnly(true);
+    query.prepare(sql(kSelectColumns, tableName(folder)) + QStringLiteral(" where tid=?"));
+    query.addBindValue(tid);
+    if (!query.exec()) {
+        qWarning().noquote() << QStringLiteral("CTarvikStorage::getTarvik tid=%1 failed to execute query").arg(tid) +
+                                    driverText(query);
+        return false;
+    }
+    locker.unlock();
+    if (!query.next()) {
+        qWarning().noquote() << QStringLiteral("CTarvikStorage::getTarvik tid=%1 failed to get record from query").arg(tid);
+        return false;
+    }
+    if (!retrieveTarvikFromQuery(query, tarvik)) {
+        qWarning().noquote() << QStringLiteral("CTarvikStorage::getTarvik tid=%1 failed to retrieve tarvik").arg(tid);
+        return false;
+    }
+    return true;
+}
+
+bool CTarvikStorage::getTarviks(eFolderName folder, QList<CTarvik>& tarviks, int limit, int offset)
+{
+    qDebug("CTarvikStorage::getTarviks: started folder=%d", int(folder));
+    if (!checkOpen("getTarviks") || !checkFolder(folder, "getTarviks")) {
+        return false;
+    }
+    QSqlQuery query(*m_pDatabase);
+    query.setForwardOnly(true);
+    query.prepare(sql(kSelectColumns, tableName(folder)) +
+                  QStringLiteral(" order by tutcdatetime desc limit ? offset ?"));
+    query.addBindValue(limit);
+    query.addBindValue(offset);
+    return retrieveTarviksFromQuery(query, tarviks);
+}
+
+bool CTarvikStorage::saveTarvik(const CTarvik& tarvik, eFolderName folder, int& tid)
+{
+    qDebug("CTarvikStorage::saveTarvik: started folder=%d", int(folder));
+    tid = -1;
+    if (!checkOpen("saveTarvik") || !checkFolder(folder, "saveTarvik")) {
+        return false;
+    }
+    QMutexLocker locker(&localMutex);
+    return saveTarvikLocked(tarvik, folder, tid);
+}
+
+bool CTarvikStorage::saveTarvikLocked(const CTarvik& tarvik, eFolderName folder, int& tid)
+{
+    tid = -1;
+    const QString table = tableName(folder);
+    QSqlQuery query(*m_pDatabase);
+    const bool insert = tarvik.id() == -1;
+    if (insert) {
+        query.prepare(sql(kInsert, table));
+    } else {
+        QSqlQuery select(*m_pDatabase);
+        select.setForwardOnly(true);
+        select.prepare(QStringLiteral("select tid from %1 where tid=?").arg(table));
+        select.addBindValue(tarvik.id());
+        if (!select.exec()) {
+            qWarning().noquote() << QStringLiteral("CTarvikStorage::saveTarvik tid=%1 failed to execute select query")
+                                            .arg(tarvik.id()) +
+                                        driverText(select);
+            return false;
+        }
+        if (!select.next()) {
+            qWarning().noquote() << QStringLiteral("CTarvikStorage::saveTarvik tid=%1 failed to get record from query")
+                                        .arg(tarvik.id());
+            return false;
+        }
+        select.finish();
+        query.prepare(sql(kUpdate, table));
+        query.bindValue(QStringLiteral(":tid"), tarvik.id());
+    }
+    query.bindValue(QStringLiteral(":tguid"), tarvik.guid());
+    query.bindValue(QStringLiteral(":tfrom"), tarvik.from());
+    query.bindValue(QStringLiteral(":tto"), tarvik.to());
+    query.bindValue(QStringLiteral(":tutcdatetime"),
+                    static_cast<uint>(tarvik.dateTime().isValid() ? tarvik.dateTime().toSecsSinceEpoch() : 0));
+    query.bindValue(QStringLiteral(":ttz"), tarvik.tz());
+    query.bindValue(QStringLiteral(":ttitle"), tarvik.title());
+    query.bindValue(QStringLiteral(":tnote"), tarvik.note());
+    query.bindValue(QStringLiteral(":tlatitude"), tarvik.latitude());
+    query.bindValue(QStringLiteral(":tlongitude"), tarvik.longitude());
+    query.bindValue(QStringLiteral(":tscreenname"), tarvik.screenname());
+    query.bindValue(QStringLiteral(":taddress"), tarvik.address());
+    query.bindValue(QStringLiteral(":ttype"), tarvik.type());
+    query.bindValue(QStringLiteral(":ttypedesc"), tarvik.typedesc());
+    query.bindValue(QStringLiteral(":timage"), tarvik.image());
+    query.bindValue(QStringLiteral(":tpriority"), tarvik.priority());
+    query.bindValue(QStringLiteral(":tcolor"), tarvik.color());
+    query.bindValue(QStringLiteral(":treg"), tarvik.reg());
+    query.bindValue(QStringLiteral(":tcountry"), tarvik.country());
+    query.bindValue(QStringLiteral(":tcarrier"), tarvik.carrier());
+    query.bindValue(QStringLiteral(":tversion"), tarvik.version());
+    query.bindValue(QStringLiteral(":tflag"), tarvik.flag());
+    if (!query.exec()) {
+        qWarning().noquote() << "CTarvikStorage::saveTarvik failed to exec query: " + driverText(query);
+        return false;
+    }
+    if (!insert) {
+        tid = tarvik.id();
+        return true;
+    }
+    bool ok = false;
+    const int newId = query.lastInsertId().toInt(&ok);
+    if (!ok) {
+        qWarning() << "CTarvikStorage::saveTarvik failed to get last inserted id";
+        return false;
+    }
+    tid = newId;
+    return true;
+}
+
+bool CTarvikStorage::saveTarviks(const QList<CTarvik>& tarviks, eFolderName folder, QList<int>& tids)
+{
+    qDebug("CTarvikStorage::saveTarviks: started folder=%d", int(folder));
+    if (!checkOpen("saveTarviks") || !checkFolder(folder, "saveTarviks")) {
+        return false;
+    }
+    if (tarviks.isEmpty()) {
+        qWarning() << "CTarvikStorage::saveTarviks the list is empty - there is nothing to save";
+        return false;
+    }
+    // The whole list goes into one transaction: one journal sync instead of one per
+    // message. Each item still succeeds or fails by itself, since a failed statement
+    // leaves the rest of the transaction intact. Should SQLite roll the transaction
+    // back on its own (disk full, I/O error), the items are saved again one by one.
+    QMutexLocker locker(&localMutex);
+    sqlite3* handle = nullptr;
+    const QVariant native = m_pDatabase->driver()->handle();
+    if (native.isValid() && qstrcmp(native.typeName(), "sqlite3*") == 0) {
+        handle = *static_cast<sqlite3* const*>(native.constData());
+    }
+    const bool batched = handle && m_pDatabase->transaction();
+    bool result = true;
+    bool transactionLost = false;
+    QList<int> saved;
+    if (batched) {
+        for (int i = 0; i < tarviks.size(); ++i) {
+            int tid = -1;
+            if (saveTarvikLocked(tarviks.at(i), folder, tid)) {
+                saved.append(tid);
+                continue;
+            }
+            if (sqlite3_get_autocommit(handle)) {
+                transactionLost = true;
+                break;
+            }
+            qWarning().noquote() << QStringLiteral("CTarvikStorage::saveTarviks i=%1 failed to save tarvik").arg(i);
+            result = false;
+        }
+        if (!transactionLost && !m_pDatabase->commit()) {
+            qWarning().noquote() << "CTarvikStorage::saveTarviks failed to commit: " +
+                                        m_pDatabase->lastError().text();
+            m_pDatabase->rollback();
+            transactionLost = true;
+        }
+        if (!transactionLost) {
+            tids += saved;
+            return result;
+        }
+        if (!sqlite3_get_autocommit(handle)) {
+            m_pDatabase->rollback();
+        }
+        qWarning() << "CTarvikStorage::saveTarviks transaction rolled back, saving one by one";
+    }
+    locker.unlock();
+
+    result = true;
+    for (int i = 0; i < tarviks.size(); ++i) {
+        int tid = -1;
+        if (saveTarvik(tarviks.at(i), folder, tid)) {
+            tids.append(tid);
+        } else {
+            qWarning().noquote() << QStringLiteral("CTarvikStorage::saveTarviks i=%1 failed to save tarvik").arg(i);
+            result = false;
+        }
+    }
+    return result;
+}
+
+bool CTarvikStorage::removeTarvik(int tid, eFolderName folder)
+{
+    qDebug("CTarvikStorage::removeTarvik: started tid=%d folder=%d", tid, int(folder));
+    if (!checkOpen("removeTarvik") || !checkFolder(folder, "removeTarvik")) {
+        return false;
+    }
+    QMutexLocker locker(&localMutex);
+    return removeTarvikLocked(tid, folder);
+}
+
+bool CTarvikStorage::removeTarvikLocked(int tid, eFolderName folder)
+{
+    const QString table = tableName(folder);
+    QSqlQuery select(*m_pDatabase);
+    select.setForwardOnly(true);
+    select.prepare(QStringLiteral("select tid from %1 where tid=?").arg(table));
+    select.addBindValue(tid);
+    if (!select.exec()) {
+        qWarning().noquote() << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to execute select query").arg(tid) +
+                                    driverText(select);
+        return false;
+    }
+    if (!select.next()) {
+        qWarning().noquote() << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to get record from query").arg(tid);
+        return false;
+    }
+    select.finish();
+    QSqlQuery remove(*m_pDatabase);
+    remove.prepare(QStringLiteral("delete from %1 where tid=?").arg(table));
+    remove.addBindValue(tid);
+    if (!remove.exec()) {
+        qWarning().noquote() << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to execute delete query").arg(tid) +
+                                    driverText(remove);
+        return false;
+    }
+    return true;
+}
+
+bool CTarvikStorage::removeTarviks(const QList<int>& tids, eFolderName folder)
+{
+    qDebug("CTarvikStorage::removeTarviks: started folder=%d", int(folder));
+    if (!checkOpen("removeTarviks") || !checkFolder(folder, "removeTarviks")) {
+        return false;
+    }
+    if (tids.isEmpty()) {
+        qWarning() << "CTarvikStorage::removeTarviks the tids list is empty";
+        return false;
+    }
+    bool result = true;
+    for (int i = 0; i < tids.size(); ++i) {
+        if (!removeTarvik(tids.at(i), folder)) {
+            qWarning().noquote() << QStringLiteral("CTarvikStorage::removeTarviks i=%1 tid=%2 failed to remove tarvik")
+                                        .arg(i)
+                                        .arg(tids.at(i));
+            result = false;
+        }
+    }
+    return result;
+}
+
+bool CTarvikStorage::removeAllTarviks(eFolderName folder)
+{
+    qDebug("CTarvikStorage::removeAllTarviks: started folder=%d", int(folder));
+    if (!checkOpen("removeAllTarviks") || !checkFolder(folder, "removeAllTarviks")) {
+        return false;
+    }
+    QMutexLocker locker(&localMutex);
+    QSqlQuery query(*m_pDatabase);
+    if (!query.exec(QStringLiteral("delete from %1").arg(tableName(folder)))) {
+        qWarning().noquote() << QStringLiteral("CTarvikStorage::removeAllTarviks folder=%1 failed to execute delete query")
+                                        .arg(int(folder)) +
+                                    driverText(query);
+        return false;
+    }
+    return true;
+}
+
+bool CTarvikStorage::getSettings(CTSettings& settings)
+{
+    qDebug() << "CTarvikStorage::getSettings started";
+    if (!checkOpen("getSettings")) {
+        return false;
+    }
+    QMutexLocker locker(&localMutex);
+    QSqlQuery query(*m_pDatabase);
+    query.setForwardOnly(true);
+    if (!query.exec(QStringLiteral("select name, value from settings"))) {
+        qWarning().noquote() << "CTarvikStorage::getSettings failed to execute query" + driverText(query);
+        return false;
+    }
+    locker.unlock();
+    while (query.next()) {
+        const QString name = query.value(0).toString();
+        const QString value = query.value(1).toString();
+        bool ok = true;
+        if (name == QLatin1String("imei")) {
+            settings.setImei(value);
+        } else if (name == QLatin1String("screenname")) {
+            settings.setScreenname(value);
+        } else if (name == QLatin1String("mynumber")) {
+            settings.setMynumber(value);
+        } else if (name == QLatin1String("version")) {
+            settings.setVersion(value);
+        } else if (name == QLatin1String("imsi")) {
+            settings.setImsi(value);
+        } else if (name == QLatin1String("regflag")) {
+            const int regflag = value.toInt(&ok, 10);
+            if (!ok) {
+                qWarning() << "CTarvikStorage::getSettings failed to convert regflag to int";
+                return false;
+            }
+            settings.setRegflag(regflag);
+        } else if (name == QLatin1String("pollinginterval")) {
+            const int interval = value.toInt(&ok, 10);
+            if (!ok) {
+                qWarning() << "CTarvikStorage::getSettings failed to convert pollinginterval to int";
+                return false;
+            }
+            settings.setPollinginterval(interval);
+        }
+    }
+    return true;
+}
+
+bool CTarvikStorage::saveSettings(const CTSettings& settings, uint mask)
+{
+    qDebug() << "CTarvikStorage::saveSettings started";
+    if (!checkOpen("saveSettings")) {
+        return false;
+    }
+    struct Step
+    {
+        uint bit;
+        const char* key;
+        QVariant value;
+    };
+    const Step steps[] = {
+        {CTSettings::eMaskScreenname, "screenname", settings.screenname()},
+        {CTSettings::eMaskMynumber, "mynumber", settings.mynumber()},
+        {CTSettings::eMaskImsi, "imsi", settings.imsi()},
+        {CTSettings::eMaskRegflag, "regflag", settings.regflag()},
+        {CTSettings::eMaskPollinginterval, "pollinginterval", settings.pollinginterval()},
+    };
+    QMutexLocker locker(&localMutex);
+    for (const Step& step : steps) {
+        if (!(mask & step.bit)) {
+            continue;
+        }
+        const QString key = QLatin1String(step.key);
+        QSqlQuery query(*m_pDatabase);
+        query.prepare(QStringLiteral("update settings set value=:value where name='%1'").arg(key));
+        query.bindValue(QStringLiteral(":value"), step.value);
+        if (!query.exec()) {
+            qWarning().noquote() << QStringLiteral("CTarvikStorage::saveSettings failed to exec update %1 query: ").arg(key) +
+                                        driverText(query);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool CTarvikStorage::getLocationRequest(CLocationRequest& request)
+{
+    qDebug() << "CTarvikStorage::getLocationRequest started";
+    if (!checkOpen("getLocationRequest")) {
+        return false;
+    }
+    QMutexLocker locker(&localMutex);
+    QSqlQuery query(*m_pDatabase);
+    query.setForwardOnly(true);
+    if (!query.exec(QStringLiteral("select name, value from settings"))) {
+        qWarning().noquote() << "CTarvikStorage::getLocationRequest failed to execute select query from settings" +
+                                    driverText(query);
+        return false;
+    }
+    locker.unlock();
+    while (query.next()) {
+        const QString name = query.value(0).toString();
+        bool ok = true;
+        if (name == QLatin1String("providelocation")) {
+            const int value = query.value(1).toString().toInt(&ok, 10);
+            if (!ok) {
+                qWarning() << "CTarvikStorage::getLocationRequest failed to convert providelocation to int";
+                return false;
+            }
+            request.setProvidelocation(value);
+        } else if (name == QLatin1String("providelocationperiod")) {
+            const int value = query.value(1).toString().toInt(&ok, 10);
+            if (!ok) {
+                qWarning() << "CTarvikStorage::getLocationRequest failed to convert providelocationperiod to int";
+                return false;
+            }
+            request.setProvidelocationperiod(value);
+        }
+    }
+    query.finish();
+
+    locker.relock();
+    QSqlQuery schedule(*m_pDatabase);
+    schedule.setForwardOnly(true);
+    if (!schedule.exec(QStringLiteral("select day, timeon, timeoff from locationupdateschedule"))) {
+        qWarning().noquote()
+            << "CTarvikStorage::getLocationRequest failed to execute select query from locationupdateschedule" +
+                   driverText(schedule);
+        return false;
+    }
+    locker.unlock();
+    QList<CLocationRequest::CScheduleEntry> entries;
+    while (schedule.next()) {
+        bool ok = false;
+        const int day = schedule.value(0).toInt(&ok);
+        if (!ok) {
+            qWarning() << "CTarvikStorage::getLocationRequest failed to convert day to int";
+            return false;
+        }
+        entries.append({day, schedule.value(1).toString(), schedule.value(2).toString()});
+    }
+    request.setSchedule(entries);
+    return true;
+}
+
+bool CTarvikStorage::saveLocationRequest(const CLocationRequest& request, uint mask)
+{
+    qDebug() << "CTarvikStorage::saveLocationRequest started";
+    if (!checkOpen("saveLocationRequest")) {
+        return false;
+    }
+    QMutexLocker locker(&localMutex);
+    if (mask & CLocationRequest::eMaskProvideLocation) {
+        QSqlQuery query(*m_pDatabase);
+        query.prepare(QStringLiteral("update settings set value=:value where name='providelocation'"));
+        query.bindValue(QStringLiteral(":value"), request.providelocation());
+        if (!query.exec()) {
+            qWarning().noquote() << "CTarvikStorage::saveLocationRequest failed to exec update providelocation query: " +
+                                        driverText(query);
+            return false;
+        }
+    }
+    if (mask & CLocationRequest::eMaskProvideLocationPeriod) {
+        QSqlQuery query(*m_pDatabase);
+        query.prepare(QStringLiteral("update settings set value=:value where name='providelocationperiod'"));
+        query.bindValue(QStringLiteral(":value"), request.providelocationperiod());
+        if (!query.exec()) {
+            qWarning().noquote()
+                << "CTarvikStorage::saveLocationRequest failed to exec update providelocationperiod query: " +
+                       driverText(query);
+            return false;
+        }
+    }
+    if (mask & CLocationRequest::eMaskSchedule) {
+        QSqlQuery remove(*m_pDatabase);
+        if (!remove.exec(QStringLiteral("delete from locationupdateschedule"))) {
+            qWarning().noquote()
+                << "CTarvikStorage::saveLocationRequest failed to execute delete query on locationupdateschedule" +
+                       driverText(remove);
+            return false;
+        }
+        for (const CLocationRequest::CScheduleEntry& entry : request.schedule()) {
+            QSqlQuery insert(*m_pDatabase);
+            insert.prepare(QStringLiteral(
+                "insert into locationupdateschedule (day, timeon, timeoff) values (:day, :timeon, :timeoff)"));
+            insert.bindValue(QStringLiteral(":day"), entry.day);
+            insert.bindValue(QStringLiteral(":timeon"), entry.timeon);
+            insert.bindValue(QStringLiteral(":timeoff"), entry.timeoff);
+            if (!insert.exec()) {
+                qWarning().noquote()
+                    << "CTarvikStorage::saveLocationRequest failed to exec insert into locationupdateschedule query: " +
+                           driverText(insert);
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+void CTarvikStorage::getTarvikRequest(int tid, eFolderName folderName, CUserData* userData)
+{
+    CTarvik tarvik;
+    const bool result = getTarvik(tid, folderName, tarvik);
+    Q_EMIT signalTarvikGotten(result, tarvik, uint(folderName), userData);
+}
+
+void CTarvikStorage::saveTarvikRequest(CTarvik tarvik, eFolderName folderName, CUserData* userData)
+{
+    int tid = -1;
+    const bool result = saveTarvik(tarvik, folderName, tid);
+    Q_EMIT signalTarvikSaved(result, tid, uint(folderName), userData);
+}
+
+void CTarvikStorage::removeTarvikRequest(int tid, eFolderName folderName, CUserData* userData)
+{
+    const bool result = removeTarvik(tid, folderName);
+    Q_EMIT signalTarvikRemoved(result, tid, uint(folderName), userData);
+}
+
+void CTarvikStorage::getTarviksRequest(eFolderName folderName, int limit, int offset,
+                                       CUserData* userData)
+{
+    QList<CTarvik> tarviks;
+    const bool result = getTarviks(folderName, tarviks, limit, offset);
+    Q_EMIT signalTarviksGotten(result, tarviks, uint(folderName), userData);
+}
+
+void CTarvikStorage::saveTarviksRequest(QList<CTarvik> tarviks, eFolderName folderName,
+                                        CUserData* userData)
+{
+    QList<int> tids;
+    const bool result = saveTarviks(tarviks, folderName, tids);
+    Q_EMIT signalTarviksSaved(result, tids, uint(folderName), userData);
+}
+
+void CTarvikStorage::removeTarviksRequest(QList<int> tids, eFolderName folderName,
+                                          CUserData* userData)
+{
+    const bool result = removeTarviks(tids, folderName);
+    Q_EMIT signalTarviksRemoved(result, tids, uint(folderName), userData);
+}
+
+void CTarvikStorage::removeAllTarviksRequest(eFolderName folderName, CUserData* userData)
+{
+    const bool result = removeAllTarviks(folderName);
+    Q_EMIT signalAllTarviksRemoved(result, uint(folderName), userData);
+}
+
+void CTarvikStorage::getSettingsRequest(CUserData* userData)
+{
+    CTSettings settings;
+    const bool result = getSettings(settings);
+    Q_EMIT signalSettingsGotten(result, settings, userData);
+}
+
+void CTarvikStorage::saveSettingsRequest(CTSettings settings, uint mask, CUserData* userData)
+{
+    const bool result = saveSettings(settings, mask);
+    Q_EMIT signalSettingsSaved(result, mask, userData);
+}
+
+void CTarvikStorage::getLocationRequestRequest(CUserData* userData)
+{
+    CLocationRequest request;
+    const bool result = getLocationRequest(request);
+    Q_EMIT signalLocationRequestGotten(result, request, userData);
+}
+
+void CTarvikStorage::saveLocationRequestRequest(CLocationRequest locationrequest, uint mask,
+                                                CUserData* userData)
+{
+    const bool result = saveLocationRequest(locationrequest, mask);
+    Q_EMIT signalLocationRequestSaved(result, mask, userData);
+}
+
+}  // namespace Dravo
