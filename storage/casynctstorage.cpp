@@ -4,13 +4,6 @@
 #include <QDebug>
 #include <QMetaType>
 
-// The template database resource is compiled into this library; registering it is
-// part of starting a storage worker.
-static void initStorageResource()
-{
-    Q_INIT_RESOURCE(res_storage);
-}
-
 namespace Dravo {
 
 QMap<QString, QSharedPointer<CAsyncTStorage>>& CAsyncTStorage::storages()
@@ -89,7 +82,7 @@ void CAsyncTStorage::waitForAllWorkers()
 
 void CAsyncTStorage::start()
 {
-    initStorageResource();
+    CTarvikStorage::initResources();
     QThread::start(QThread::InheritPriority);
 }
 

@@ -21,6 +21,11 @@
 
 #include "phonesimsecurityinterface.h"
 
+static void initStorageResource()
+{
+    Q_INIT_RESOURCE(res_storage);
+}
+
 namespace Dravo {
 
 QMutex localMutex;
@@ -133,6 +138,15 @@ CTarvikStorage::CUserData::~CUserData() = default;
 QString CTarvikStorage::dataDirectory() { return QDir::homePath() + QStringLiteral("/.tarvik/"); }
 
 QString CTarvikStorage::databasePath() { return dataDirectory() + fileName; }
+
+void CTarvikStorage::initResources()
+{
+    static const bool registered = [] {
+        initStorageResource();
+        return true;
+    }();
+    Q_UNUSED(registered);
+}
 
 CTarvikStorage::CTarvikStorage()
     : QObject(nullptr), m_strConnectionName(QStringLiteral("tarvikdb_default")), m_pDatabase(nullptr)

@@ -43,6 +43,8 @@ public:
     // "$HOME/.tarvik/", read at each call so tests can point HOME elsewhere.
     static QString dataDirectory();
     static QString databasePath();
+    // Registers the compiled-in template database; safe to call more than once.
+    static void initResources();
 
     CTarvikStorage();
     explicit CTarvikStorage(const QString& connectionName, QObject* parent = nullptr);

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QStringList>
+#include <QtGlobal>
+
+namespace Dravo {
+namespace Test {
+
+// Collects every qDebug/qWarning/qCritical line while it lives, and restores the
+// previous message handler afterwards. Lines are kept exactly as logged.
+class CLogCapture
+{
+public:
+    CLogCapture();
+    ~CLogCapture();
+    CLogCapture(const CLogCapture&) = delete;
+    CLogCapture& operator=(const CLogCapture&) = delete;
+
+    QStringList lines() const;
+    bool contains(const QString& line) const;
+    bool containsPrefix(const QString& prefix) const;
+    int count(const QString& line) const;
+    // Index of the first line equal to `line` at or after `from`, or -1.
+    int indexOf(const QString& line, int from = 0) const;
+    void clear();
+
+private:
+    QtMessageHandler m_pPrevious;
+};
+
+}  // namespace Test
+}  // namespace Dravo

@@ -1,0 +1,331 @@
+// Message, settings and schedule records: defaults, XML form, debug dumps and how a
+// database row becomes a message.
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QTest>
+
+#include "casynctstorage.h"
+#include "clogcapture.h"
+#include "clocationrequest.h"
+#include "ctarvik.h"
+#include "ctarvikstorage.h"
+#include "ctsettings.h"
+
+using namespace Dravo;
+
+class StorageRecordsTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    QSqlDatabase m_db;
+    // Runs `select` on a row inserted with the given SQL literals for the 22 columns.
+    bool buildFromRow(const QString& values, CTarvik& tarvik);
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void defaultsAndCopies();
+    void toXml_data();
+    void toXml();
+    void dumpLabels();
+    void settingsAndScheduleDumps();
+    void fromRow_data();
+    void fromRow();
+    void colourKeptWhenEmpty();
+    void coordinatesFollowLocale();
+    void metaTypesRegistered();
+};
+
+void StorageRecordsTest::initTestCase()
+{
+    m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("records"));
+    m_db.setDatabaseName(QStringLiteral(":memory:"));
+    QVERIFY(m_db.open());
+    // Untyped columns, so every value arrives exactly as another program wrote it.
+    QSqlQuery query(m_db);
+    QVERIFY(query.exec(QStringLiteral(
+        "create table t (tid, tguid, tfrom, tto, tutcdatetime, ttz, ttitle, tnote, tlatitude, "
+        "tlongitude, tscreenname, taddress, ttype, ttypedesc, timage, tpriority, tcolor, treg, "
+        "tcountry, tcarrier, tversion, tflag)")));
+}
+
+void StorageRecordsTest::cleanupTestCase()
+{
+    m_db.close();
+    m_db = QSqlDatabase();
+    QSqlDatabase::removeDatabase(QStringLiteral("records"));
+}
+
+bool StorageRecordsTest::buildFromRow(const QString& values, CTarvik& tarvik)
+{
+    QSqlQuery query(m_db);
+    if (!query.exec(QStringLiteral("delete from t")) ||
+        !query.exec(QStringLiteral("insert into t values (%1)").arg(values))) {
+        qWarning() << "fixture insert failed" << query.lastError().text();
+        return false;
+    }
+    QSqlQuery select(m_db);
+    if (!select.exec(QStringLiteral("select * from t")) || !select.next()) {
+        return false;
+    }
+    return CTarvikStorage::retrieveTarvikFromQuery(select, tarvik);
+}
+
+void StorageRecordsTest::defaultsAndCopies()
+{
+    CTarvik tarvik;
+    QCOMPARE(tarvik.id(), -1);
+    QCOMPARE(tarvik.carrier(), QStringLiteral("n/a"));
+    QVERIFY(tarvik.dateTime().isNull());
+    QCOMPARE(tarvik.latitude(), 0.0);
+    QCOMPARE(tarvik.flag(), 0);
+    QVERIFY(tarvik.color().isEmpty());
+
+    tarvik.setId(9);
+    tarvik.setNote(QStringLiteral("note"));
+    tarvik.setLongitude(24.75);
+    tarvik.setDateTime(QDateTime::fromSecsSinceEpoch(1000, Qt::UTC));
+    CTarvik copy(tarvik);
+    CTarvik assigned;
+    assigned = tarvik;
+    for (const CTarvik& other : {copy, assigned}) {
+        QCOMPARE(other.id(), 9);
+        QCOMPARE(other.note(), QStringLiteral("note"));
+        QCOMPARE(other.longitude(), 24.75);
+        QCOMPARE(other.dateTime(), tarvik.dateTime());
+        QCOMPARE(other.toXml(), tarvik.toXml());
+    }
+
+    CTSettings settings;
+    QCOMPARE(settings.regflag(), 0);
+    QCOMPARE(settings.pollinginterval(), 0);
+    CLocationRequest request;
+    QCOMPARE(request.providelocation(), 0);
+    QVERIFY(request.schedule().isEmpty());
+}
+
+void StorageRecordsTest::toXml_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("from");
+    QTest::addColumn<double>("latitude");
+    QTest::addColumn<double>("longitude");
+    QTest::addColumn<QString>("expected");
+
+    const QString head = QStringLiteral("<ping><from>%1</from><reg>R1</reg><country>372</country>"
+                                        "<carrier>n/a</carrier><to>+3725551234</to>"
+                                        "<date>2009-10-11</date><time>07:05:09</time><tz>3</tz>"
+                                        "<title>%2</title><note>n</note><address></address>");
+    const QString tail = QStringLiteral(
+        "<coordinates><latitude>%1</latitude><longitude>%2</longitude></coordinates>"
+        "<version>1.0.5</version><screenname>Mari</screenname></ping>");
+
+    QTest::newRow("escaped title, raw from")
+        << QStringLiteral("a<b&\"c\"") << QStringLiteral("x&y") << 0.0 << 0.0
+        << head.arg(QStringLiteral("x&y"), QStringLiteral("a&lt;b&amp;&quot;c&quot;")) +
+               tail.arg(QStringLiteral("0"), QStringLiteral("0"));
+    QTest::newRow("entities are not escaped twice")
+        << QStringLiteral("&lt;'>") << QStringLiteral("me") << 1.5 << -2.25
+        << head.arg(QStringLiteral("me"), QStringLiteral("&amp;lt;&apos;&gt;")) +
+               tail.arg(QStringLiteral("1.5"), QStringLiteral("-2.25"));
+    QTest::newRow("six significant digits")
+        << QStringLiteral("t") << QStringLiteral("me") << 37.77493 << -122.41942
+        << head.arg(QStringLiteral("me"), QStringLiteral("t")) +
+               tail.arg(QStringLiteral("37.7749"), QStringLiteral("-122.419"));
+}
+
+void StorageRecordsTest::toXml()
+{
+    QFETCH(QString, title);
+    QFETCH(QString, from);
+    QFETCH(double, latitude);
+    QFETCH(double, longitude);
+    QFETCH(QString, expected);
+
+    CTarvik tarvik;
+    tarvik.setTitle(title);
+    tarvik.setFrom(from);
+    tarvik.setReg(QStringLiteral("R1"));
+    tarvik.setCountry(372);
+    tarvik.setTo(QStringLiteral("+3725551234"));
+    tarvik.setDateTime(QDateTime(QDate(2009, 10, 11), QTime(7, 5, 9, 450), Qt::UTC));
+    tarvik.setTz(3);
+    tarvik.setNote(QStringLiteral("n"));
+    tarvik.setLatitude(latitude);
+    tarvik.setLongitude(longitude);
+    tarvik.setVersion(QStringLiteral("1.0.5"));
+    tarvik.setScreenname(QStringLiteral("Mari"));
+    // Fields that are not part of the document must not leak into it.
+    tarvik.setGuid(QStringLiteral("GUID"));
+    tarvik.setColor(QStringLiteral("red"));
+    tarvik.setFlag(1);
+    QCOMPARE(tarvik.toXml(), expected);
+}
+
+void StorageRecordsTest::dumpLabels()
+{
+    CTarvik tarvik;
+    tarvik.setTitle(QStringLiteral("hello"));
+    Test::CLogCapture log;
+    tarvik.dump();
+    const QStringList labels = {"id:", "guid:", "type:", "from:", "to:", "date & time:",
+                                "tz:", "title:", "note:", "address:", "latitude:",
+                                "longitude:", "screenname:", "typedesc:", "image:",
+                                "priority:", "color:", "reg:", "country:", "carrier:",
+                                "version:", "flag:"};
+    const QStringList lines = log.lines();
+    QCOMPARE(lines.size(), labels.size());
+    for (int i = 0; i < labels.size(); ++i) {
+        QVERIFY2(lines.at(i).startsWith(labels.at(i)), qPrintable(lines.at(i)));
+    }
+    QCOMPARE(lines.at(7), QStringLiteral("title: hello"));
+    QCOMPARE(lines.at(19), QStringLiteral("carrier: n/a"));
+}
+
+void StorageRecordsTest::settingsAndScheduleDumps()
+{
+    CTSettings settings;
+    settings.setMynumber(QStringLiteral("+3725550000"));
+    CLocationRequest request;
+    request.setProvidelocation(1);
+    request.addScheduleEntry(2, QStringLiteral("08:00"), QStringLiteral("17:30"));
+    Test::CLogCapture log;
+    settings.dump();
+    request.dump();
+    const QStringList lines = log.lines();
+    const QStringList labels = {"imei:", "screenname:", "mynumber:", "version:", "imsi:",
+                                "regflag:", "pollinginterval:", "tprovidelocation:",
+                                "tprovidelocationperiod:"};
+    QCOMPARE(lines.size(), labels.size() + 1);
+    for (int i = 0; i < labels.size(); ++i) {
+        QVERIFY2(lines.at(i).startsWith(labels.at(i)), qPrintable(lines.at(i)));
+    }
+    QCOMPARE(lines.at(2), QStringLiteral("mynumber: +3725550000"));
+    QCOMPARE(lines.last(), QStringLiteral("shedule day=2 timeon=08:00 timeoff=17:30"));
+}
+
+void StorageRecordsTest::fromRow_data()
+{
+    QTest::addColumn<QString>("values");
+    QTest::addColumn<bool>("accepted");
+    QTest::addColumn<int>("tz");
+    QTest::addColumn<int>("flag");
+    QTest::addColumn<qint64>("seconds");
+    QTest::addColumn<double>("latitude");
+    QTest::addColumn<QString>("logLine");
+
+    const QString tail = QStringLiteral(
+        "'Mari', 'addr', 'T', 'desc', 'img', 2, 'blue', 'reg', 372, 'Elisa', '1.0.5', 1");
+    QTest::newRow("well formed")
+        << QStringLiteral("7, 'g', 'f', 't', 1255244709, 3, 'ti', 'no', 59.437, 24.7536, ") + tail
+        << true << 3 << 1 << qint64(1255244709) << 59.437 << QString();
+    QTest::newRow("tid is text: rejected")
+        << QStringLiteral("'seven', 'g', 'f', 't', 1, 3, 'ti', 'no', 1.0, 2.0, ") + tail << false
+        << 0 << 0 << qint64(-1) << 0.0
+        << QStringLiteral("CTarvikStorage::retrieveTarvikFromQuery invalid tid: seven");
+    QTest::newRow("ttz is text: accepted with tz 0")
+        << QStringLiteral("7, 'g', 'f', 't', 1, 'UTC+2', 'ti', 'no', 1.0, 2.0, ") + tail << true
+        << 0 << 1 << qint64(1) << 1.0
+        << QStringLiteral("CTarvikStorage::retrieveTarvikFromQuery invalid ttz: UTC+2");
+    QTest::newRow("time is text: null date-time")
+        << QStringLiteral("7, 'g', 'f', 't', 'yesterday', 1, 'ti', 'no', 1.0, 2.0, ") + tail
+        << true << 1 << 1 << qint64(-1) << 1.0
+        << QStringLiteral("CTarvikStorage::retrieveTarvikFromQuery invalid tutcdatetime: yesterday");
+    QTest::newRow("latitude is text with a dot")
+        << QStringLiteral("7, 'g', 'f', 't', 1, 1, 'ti', 'no', '58.38', 2.0, ") + tail << true << 1
+        << 1 << qint64(1) << 58.38 << QString();
+    QTest::newRow("latitude is garbage")
+        << QStringLiteral("7, 'g', 'f', 't', 1, 1, 'ti', 'no', 'north', 2.0, ") + tail << true << 1
+        << 1 << qint64(1) << 0.0
+        << QStringLiteral("CTarvikStorage::retrieveTarvikFromQuery invalid tlatitude: north");
+    QTest::newRow("flag is text")
+        << QStringLiteral("7, 'g', 'f', 't', 1, 1, 'ti', 'no', 1.0, 2.0, 'Mari', 'addr', 'T', "
+                          "'desc', 'img', 2, 'blue', 'reg', 372, 'Elisa', '1.0.5', 'unread'")
+        << true << 1 << 0 << qint64(1) << 1.0
+        << QStringLiteral("CTarvikStorage::retrieveTarvikFromQuery invalid tflag: unread");
+    QTest::newRow("NULL everywhere but tid")
+        << QStringLiteral("7") + QStringLiteral(", NULL").repeated(21) << true << 0 << 0
+        << qint64(-1) << 0.0 << QString();
+}
+
+void StorageRecordsTest::fromRow()
+{
+    QFETCH(QString, values);
+    QFETCH(bool, accepted);
+    QFETCH(int, tz);
+    QFETCH(int, flag);
+    QFETCH(qint64, seconds);
+    QFETCH(double, latitude);
+    QFETCH(QString, logLine);
+
+    CTarvik tarvik;
+    Test::CLogCapture log;
+    QCOMPARE(buildFromRow(values, tarvik), accepted);
+    if (!logLine.isEmpty()) {
+        QVERIFY2(log.contains(logLine), qPrintable(log.lines().join(QLatin1Char('\n'))));
+    }
+    if (!accepted) {
+        return;
+    }
+    QCOMPARE(tarvik.id(), 7);
+    QCOMPARE(tarvik.tz(), tz);
+    QCOMPARE(tarvik.flag(), flag);
+    QCOMPARE(tarvik.latitude(), latitude);
+    if (seconds < 0) {
+        QVERIFY(tarvik.dateTime().isNull());
+    } else {
+        QCOMPARE(tarvik.dateTime().toSecsSinceEpoch(), seconds);
+        QCOMPARE(tarvik.dateTime().timeSpec(), Qt::UTC);
+    }
+}
+
+void StorageRecordsTest::colourKeptWhenEmpty()
+{
+    CTarvik tarvik;
+    tarvik.setColor(QStringLiteral("green"));
+    const QString row = QStringLiteral(
+        "1, 'g', 'f', 't', 1, 1, 'ti', 'no', 1.0, 2.0, 's', 'a', 'T', 'd', 'i', 0, %1, 'r', 0, "
+        "'c', 'v', 0");
+    QVERIFY(buildFromRow(row.arg(QStringLiteral("''")), tarvik));
+    QCOMPARE(tarvik.color(), QStringLiteral("green"));
+    QVERIFY(buildFromRow(row.arg(QStringLiteral("NULL")), tarvik));
+    QCOMPARE(tarvik.color(), QStringLiteral("green"));
+    QVERIFY(buildFromRow(row.arg(QStringLiteral("'red'")), tarvik));
+    QCOMPARE(tarvik.color(), QStringLiteral("red"));
+}
+
+void StorageRecordsTest::coordinatesFollowLocale()
+{
+    // A comma-decimal locale: text written with a dot (as SQLite prints REAL) and text
+    // written with the locale's comma are both understood.
+    const QLocale previous;
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    CTarvik tarvik;
+    const QString row = QStringLiteral(
+        "1, 'g', 'f', 't', 1, 1, 'ti', 'no', %1, %2, 's', 'a', 'T', 'd', 'i', 0, '', 'r', 0, "
+        "'c', 'v', 0");
+    const bool dotted = buildFromRow(row.arg(QStringLiteral("'58.3806'"), QStringLiteral("26.72")), tarvik);
+    const double dottedLat = tarvik.latitude();
+    const bool comma = buildFromRow(row.arg(QStringLiteral("'1,5'"), QStringLiteral("-3.25")), tarvik);
+    QLocale::setDefault(previous);
+    QVERIFY(dotted && comma);
+    QCOMPARE(dottedLat, 58.3806);
+    QCOMPARE(tarvik.latitude(), 1.5);
+    QCOMPARE(tarvik.longitude(), -3.25);
+}
+
+void StorageRecordsTest::metaTypesRegistered()
+{
+    CAsyncTStorage::registerMetaTypes();
+    for (const char* name : {"eFolderName", "CTarvik", "QList<int>", "QList<CTarvik>", "CTSettings",
+                             "CTarvikStorage::CUserData", "CLocationRequest"}) {
+        QVERIFY2(QMetaType::fromName(name).isValid(), name);
+    }
+    QCOMPARE(QMetaType::fromName("CTarvik"), QMetaType::fromType<CTarvik>());
+}
+
+QTEST_GUILESS_MAIN(StorageRecordsTest)
+#include "tst_records.moc"
