@@ -23,7 +23,10 @@ CLogCapture::CLogCapture()
     m_pPrevious = qInstallMessageHandler(captureHandler);
 }
 
-CLogCapture::~CLogCapture() { qInstallMessageHandler(m_pPrevious); }
+CLogCapture::~CLogCapture()
+{
+    qInstallMessageHandler(m_pPrevious);
+}
 
 QStringList CLogCapture::lines() const
 {
@@ -31,7 +34,10 @@ QStringList CLogCapture::lines() const
     return g_lines;
 }
 
-bool CLogCapture::contains(const QString& line) const { return lines().contains(line); }
+bool CLogCapture::contains(const QString& line) const
+{
+    return lines().contains(line);
+}
 
 bool CLogCapture::containsPrefix(const QString& prefix) const
 {
@@ -44,9 +50,15 @@ bool CLogCapture::containsPrefix(const QString& prefix) const
     return false;
 }
 
-int CLogCapture::count(const QString& line) const { return lines().count(line); }
+int CLogCapture::count(const QString& line) const
+{
+    return lines().count(line);
+}
 
-int CLogCapture::indexOf(const QString& line, int from) const { return lines().indexOf(line, from); }
+int CLogCapture::indexOf(const QString& line, int from) const
+{
+    return lines().indexOf(line, from);
+}
 
 void CLogCapture::clear()
 {

@@ -12,7 +12,8 @@ namespace Test {
 
 namespace {
 
-const char* const kSystemConfig = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+const char* const kSystemConfig =
+    R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
   <type>system</type>
@@ -35,7 +36,8 @@ const char* const kSystemConfig = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop/
 </busconfig>
 )";
 
-const char* const kSessionConfig = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+const char* const kSessionConfig =
+    R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
   <type>session</type>
@@ -54,7 +56,10 @@ const char* const kSessionConfig = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop
 
 CPrivateBus::CPrivateBus(eType type) : m_eType(type) {}
 
-CPrivateBus::~CPrivateBus() { stop(); }
+CPrivateBus::~CPrivateBus()
+{
+    stop();
+}
 
 bool CPrivateBus::start(int timeoutMs)
 {
@@ -68,13 +73,12 @@ bool CPrivateBus::start(int timeoutMs)
     const QString socketPath = m_tmpDir.filePath(QStringLiteral("bus"));
     const QString serviceDir = m_tmpDir.filePath(QStringLiteral("services"));
     QDir().mkpath(serviceDir);
-    const QString config =
-        m_eType == eSystem ? QString::fromLatin1(kSystemConfig).arg(socketPath)
-                           : QString::fromLatin1(kSessionConfig).arg(socketPath, serviceDir);
+    const QString config = m_eType == eSystem
+                               ? QString::fromLatin1(kSystemConfig).arg(socketPath)
+                               : QString::fromLatin1(kSessionConfig).arg(socketPath, serviceDir);
     const QString configPath = m_tmpDir.filePath(QStringLiteral("bus.conf"));
     QFile file(configPath);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-        file.write(config.toUtf8()) < 0) {
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(config.toUtf8()) < 0) {
         m_strError = QStringLiteral("cannot write ") + configPath;
         return false;
     }
@@ -118,7 +122,10 @@ void CPrivateBus::stop()
     }
 }
 
-bool CPrivateBus::isRunning() const { return m_process.state() == QProcess::Running; }
+bool CPrivateBus::isRunning() const
+{
+    return m_process.state() == QProcess::Running;
+}
 
 void CPrivateBus::exportAddress() const
 {
@@ -143,7 +150,10 @@ QString CPrivateBuses::errorString() const
     return m_session.errorString() + QLatin1Char(' ') + m_system.errorString();
 }
 
-CHelperProcess::~CHelperProcess() { stop(); }
+CHelperProcess::~CHelperProcess()
+{
+    stop();
+}
 
 bool CHelperProcess::start(const QString& program, const QStringList& args,
                            const QString& readyMarker, int timeoutMs,
@@ -164,7 +174,8 @@ bool CHelperProcess::start(const QString& program, const QStringList& args,
     const QByteArray marker = readyMarker.toUtf8();
     QDeadlineTimer deadline(timeoutMs);
     while (!m_baOutput.contains(marker) && !deadline.hasExpired()) {
-        if (m_process.waitForReadyRead(static_cast<int>(qMax<qint64>(1, deadline.remainingTime())))) {
+        if (m_process.waitForReadyRead(
+                static_cast<int>(qMax<qint64>(1, deadline.remainingTime())))) {
             m_baOutput += m_process.readAllStandardOutput();
         } else if (m_process.state() != QProcess::Running) {
             break;
@@ -184,7 +195,10 @@ void CHelperProcess::stop()
     }
 }
 
-bool CHelperProcess::isRunning() const { return m_process.state() == QProcess::Running; }
+bool CHelperProcess::isRunning() const
+{
+    return m_process.state() == QProcess::Running;
+}
 
 QString binaryPath(const QString& name)
 {

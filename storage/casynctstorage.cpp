@@ -15,12 +15,12 @@ QMap<QString, QSharedPointer<CAsyncTStorage>>& CAsyncTStorage::storages()
 QString CAsyncTStorage::instanceName(int number)
 {
     switch (number) {
-    case 0:
-        return QStringLiteral("async_tarvikdb_demon");
-    case 1:
-        return QStringLiteral("async_tarvikdb_ui");
-    default:
-        return QStringLiteral("async_tarvikdb_custom_%1").arg(number);
+        case 0:
+            return QStringLiteral("async_tarvikdb_demon");
+        case 1:
+            return QStringLiteral("async_tarvikdb_ui");
+        default:
+            return QStringLiteral("async_tarvikdb_custom_%1").arg(number);
     }
 }
 
@@ -101,29 +101,46 @@ void CAsyncTStorage::run()
 
     const Qt::ConnectionType q = Qt::QueuedConnection;
     QList<QMetaObject::Connection> connections = {
-        connect(this, &CAsyncTStorage::signalGetTarvikRequest, storage, &CTarvikStorage::getTarvikRequest, q),
-        connect(this, &CAsyncTStorage::signalSaveTarvikRequest, storage, &CTarvikStorage::saveTarvikRequest, q),
-        connect(this, &CAsyncTStorage::signalRemoveTarvikRequest, storage, &CTarvikStorage::removeTarvikRequest, q),
-        connect(this, &CAsyncTStorage::signalGetTarviksRequest, storage, &CTarvikStorage::getTarviksRequest, q),
-        connect(this, &CAsyncTStorage::signalSaveTarviksRequest, storage, &CTarvikStorage::saveTarviksRequest, q),
-        connect(this, &CAsyncTStorage::signalRemoveTarviksRequest, storage, &CTarvikStorage::removeTarviksRequest, q),
+        connect(this, &CAsyncTStorage::signalGetTarvikRequest, storage,
+                &CTarvikStorage::getTarvikRequest, q),
+        connect(this, &CAsyncTStorage::signalSaveTarvikRequest, storage,
+                &CTarvikStorage::saveTarvikRequest, q),
+        connect(this, &CAsyncTStorage::signalRemoveTarvikRequest, storage,
+                &CTarvikStorage::removeTarvikRequest, q),
+        connect(this, &CAsyncTStorage::signalGetTarviksRequest, storage,
+                &CTarvikStorage::getTarviksRequest, q),
+        connect(this, &CAsyncTStorage::signalSaveTarviksRequest, storage,
+                &CTarvikStorage::saveTarviksRequest, q),
+        connect(this, &CAsyncTStorage::signalRemoveTarviksRequest, storage,
+                &CTarvikStorage::removeTarviksRequest, q),
         connect(this, &CAsyncTStorage::signalRemoveAllTarviksRequest, storage,
                 &CTarvikStorage::removeAllTarviksRequest, q),
-        connect(this, &CAsyncTStorage::signalGetSettingsRequest, storage, &CTarvikStorage::getSettingsRequest, q),
-        connect(this, &CAsyncTStorage::signalSaveSettingsRequest, storage, &CTarvikStorage::saveSettingsRequest, q),
+        connect(this, &CAsyncTStorage::signalGetSettingsRequest, storage,
+                &CTarvikStorage::getSettingsRequest, q),
+        connect(this, &CAsyncTStorage::signalSaveSettingsRequest, storage,
+                &CTarvikStorage::saveSettingsRequest, q),
         connect(this, &CAsyncTStorage::signalGetLocationRequestRequest, storage,
                 &CTarvikStorage::getLocationRequestRequest, q),
         connect(this, &CAsyncTStorage::signalSaveLocationRequestRequest, storage,
                 &CTarvikStorage::saveLocationRequestRequest, q),
-        connect(storage, &CTarvikStorage::signalTarvikGotten, this, &CAsyncTStorage::signalTarvikGotten, q),
-        connect(storage, &CTarvikStorage::signalTarvikSaved, this, &CAsyncTStorage::signalTarvikSaved, q),
-        connect(storage, &CTarvikStorage::signalTarvikRemoved, this, &CAsyncTStorage::signalTarvikRemoved, q),
-        connect(storage, &CTarvikStorage::signalTarviksGotten, this, &CAsyncTStorage::signalTarviksGotten, q),
-        connect(storage, &CTarvikStorage::signalTarviksSaved, this, &CAsyncTStorage::signalTarviksSaved, q),
-        connect(storage, &CTarvikStorage::signalTarviksRemoved, this, &CAsyncTStorage::signalTarviksRemoved, q),
-        connect(storage, &CTarvikStorage::signalAllTarviksRemoved, this, &CAsyncTStorage::signalAllTarviksRemoved, q),
-        connect(storage, &CTarvikStorage::signalSettingsGotten, this, &CAsyncTStorage::signalSettingsGotten, q),
-        connect(storage, &CTarvikStorage::signalSettingsSaved, this, &CAsyncTStorage::signalSettingsSaved, q),
+        connect(storage, &CTarvikStorage::signalTarvikGotten, this,
+                &CAsyncTStorage::signalTarvikGotten, q),
+        connect(storage, &CTarvikStorage::signalTarvikSaved, this,
+                &CAsyncTStorage::signalTarvikSaved, q),
+        connect(storage, &CTarvikStorage::signalTarvikRemoved, this,
+                &CAsyncTStorage::signalTarvikRemoved, q),
+        connect(storage, &CTarvikStorage::signalTarviksGotten, this,
+                &CAsyncTStorage::signalTarviksGotten, q),
+        connect(storage, &CTarvikStorage::signalTarviksSaved, this,
+                &CAsyncTStorage::signalTarviksSaved, q),
+        connect(storage, &CTarvikStorage::signalTarviksRemoved, this,
+                &CAsyncTStorage::signalTarviksRemoved, q),
+        connect(storage, &CTarvikStorage::signalAllTarviksRemoved, this,
+                &CAsyncTStorage::signalAllTarviksRemoved, q),
+        connect(storage, &CTarvikStorage::signalSettingsGotten, this,
+                &CAsyncTStorage::signalSettingsGotten, q),
+        connect(storage, &CTarvikStorage::signalSettingsSaved, this,
+                &CAsyncTStorage::signalSettingsSaved, q),
         connect(storage, &CTarvikStorage::signalLocationRequestGotten, this,
                 &CAsyncTStorage::signalLocationRequestGotten, q),
         connect(storage, &CTarvikStorage::signalLocationRequestSaved, this,
@@ -168,7 +185,8 @@ bool CAsyncTStorage::saveTarvik(const CTarvik& tarvik, eFolderName folderName,
     return true;
 }
 
-bool CAsyncTStorage::removeTarvik(int tid, eFolderName folderName, CTarvikStorage::CUserData* userData)
+bool CAsyncTStorage::removeTarvik(int tid, eFolderName folderName,
+                                  CTarvikStorage::CUserData* userData)
 {
     if (!isInitialized()) {
         return false;

@@ -37,7 +37,8 @@ public:
     bool getTarvik(int tid, eFolderName folderName, CTarvikStorage::CUserData* userData = nullptr);
     bool saveTarvik(const CTarvik& tarvik, eFolderName folderName,
                     CTarvikStorage::CUserData* userData = nullptr);
-    bool removeTarvik(int tid, eFolderName folderName, CTarvikStorage::CUserData* userData = nullptr);
+    bool removeTarvik(int tid, eFolderName folderName,
+                      CTarvikStorage::CUserData* userData = nullptr);
     bool getTarviks(eFolderName folderName, int limit = -1, int offset = 0,
                     CTarvikStorage::CUserData* userData = nullptr);
     bool saveTarviks(const QList<CTarvik>& tarviks, eFolderName folderName,

@@ -53,7 +53,8 @@ QString CTarvik::toXml() const
     xml += QLatin1String("<title>") + title + QLatin1String("</title>");
     xml += QLatin1String("<note>") + note + QLatin1String("</note>");
     xml += QLatin1String("<address>") + address + QLatin1String("</address>");
-    xml += QStringLiteral("<coordinates><latitude>%1</latitude><longitude>%2</longitude></coordinates>")
+    xml += QStringLiteral(
+               "<coordinates><latitude>%1</latitude><longitude>%2</longitude></coordinates>")
                .arg(QString::number(m_dLatitude, 'g', 6), QString::number(m_dLongitude, 'g', 6));
     xml += QLatin1String("<version>") + m_strVersion + QLatin1String("</version>");
     xml += QLatin1String("<screenname>") + screenname + QLatin1String("</screenname>");

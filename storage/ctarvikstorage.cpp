@@ -56,9 +56,15 @@ const char* const kUpdate =
     "timage=:timage, tpriority=:tpriority, tcolor=:tcolor, treg=:treg, tcountry=:tcountry, "
     "tcarrier=:tcarrier, tversion=:tversion, tflag=:tflag where tid=:tid";
 
-QString sql(const char* text, const QString& table) { return QString::fromLatin1(text).arg(table); }
+QString sql(const char* text, const QString& table)
+{
+    return QString::fromLatin1(text).arg(table);
+}
 
-QString driverText(const QSqlQuery& query) { return query.lastError().text(); }
+QString driverText(const QSqlQuery& query)
+{
+    return query.lastError().text();
+}
 
 // Numeric columns: text that is not a number is logged and the field keeps its default.
 bool toIntColumn(const QVariant& value, int& out, const char* message)
@@ -97,7 +103,8 @@ bool toCoordinate(const QVariant& value, double& out)
 QString imeiFromModemManager()
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.ModemManager1"), QStringLiteral("/org/freedesktop/ModemManager1"),
+        QStringLiteral("org.freedesktop.ModemManager1"),
+        QStringLiteral("/org/freedesktop/ModemManager1"),
         QStringLiteral("org.freedesktop.DBus.ObjectManager"), QStringLiteral("GetManagedObjects"));
     const QDBusMessage reply = QDBusConnection::systemBus().call(call, QDBus::Block, 3000);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
@@ -120,7 +127,8 @@ QString imeiFromModemManager()
             arg.beginMapEntry();
             arg >> interface >> properties;
             arg.endMapEntry();
-            if (imei.isEmpty() && interface == QLatin1String("org.freedesktop.ModemManager1.Modem")) {
+            if (imei.isEmpty() &&
+                interface == QLatin1String("org.freedesktop.ModemManager1.Modem")) {
                 imei = properties.value(QStringLiteral("EquipmentIdentifier")).toString();
             }
         }
@@ -135,9 +143,15 @@ QString imeiFromModemManager()
 
 CTarvikStorage::CUserData::~CUserData() = default;
 
-QString CTarvikStorage::dataDirectory() { return QDir::homePath() + QStringLiteral("/.tarvik/"); }
+QString CTarvikStorage::dataDirectory()
+{
+    return QDir::homePath() + QStringLiteral("/.tarvik/");
+}
 
-QString CTarvikStorage::databasePath() { return dataDirectory() + fileName; }
+QString CTarvikStorage::databasePath()
+{
+    return dataDirectory() + fileName;
+}
 
 void CTarvikStorage::initResources()
 {
@@ -149,7 +163,9 @@ void CTarvikStorage::initResources()
 }
 
 CTarvikStorage::CTarvikStorage()
-    : QObject(nullptr), m_strConnectionName(QStringLiteral("tarvikdb_default")), m_pDatabase(nullptr)
+    : QObject(nullptr),
+      m_strConnectionName(QStringLiteral("tarvikdb_default")),
+      m_pDatabase(nullptr)
 {
     qDebug().noquote() << "CTarvikStorage::CTarvikStorage default constructor m_strConnectionName ="
                        << m_strConnectionName;
@@ -172,7 +188,10 @@ CTarvikStorage::~CTarvikStorage()
     closeDatabase();
 }
 
-bool CTarvikStorage::isOpen() const { return m_pDatabase && m_pDatabase->isOpen(); }
+bool CTarvikStorage::isOpen() const
+{
+    return m_pDatabase && m_pDatabase->isOpen();
+}
 
 void CTarvikStorage::closeDatabase()
 {
@@ -235,7 +254,8 @@ void CTarvikStorage::openDatabase()
             }
         }
         if (versionDiffers) {
-            qDebug() << "CTarvikStorage::openDatabase: recreating DB since SW & DB versions are not equal";
+            qDebug() << "CTarvikStorage::openDatabase: recreating DB since SW & DB versions are "
+                        "not equal";
             if (!recreateDatabase()) {
                 qWarning() << "CTarvikStorage::openDatabase failed to recreate db";
             }
@@ -248,8 +268,9 @@ void CTarvikStorage::openDatabase()
     update.prepare(QStringLiteral("update settings set value=:value where name='version'"));
     update.bindValue(QStringLiteral(":value"), softwareVersion);
     if (!update.exec()) {
-        qWarning().noquote() << "CTarvikStorage::openDatabase failed to exec update version query: " +
-                                    driverText(update);
+        qWarning().noquote()
+            << "CTarvikStorage::openDatabase failed to exec update version query: " +
+                   driverText(update);
         return;
     }
     storeImei(*m_pDatabase);
@@ -298,17 +319,20 @@ bool CTarvikStorage::createDatabase()
     const QByteArray data = resource.uncompressedData();
     QFile file(databasePath());
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        qWarning().noquote() << QStringLiteral("CTarvikStorage::createDatabase() failed to open file for writing: %1 %2")
-                                    .arg(file.error())
-                                    .arg(file.errorString());
+        qWarning().noquote()
+            << QStringLiteral(
+                   "CTarvikStorage::createDatabase() failed to open file for writing: %1 %2")
+                   .arg(file.error())
+                   .arg(file.errorString());
         return false;
     }
     const qint64 written = file.write(data);
     const bool flushed = file.flush();
     if (written < data.size() || !flushed) {
-        qWarning().noquote() << QStringLiteral("CTarvikStorage::createDatabase() failed to write to stream: %1 %2")
-                                    .arg(file.error())
-                                    .arg(file.errorString());
+        qWarning().noquote()
+            << QStringLiteral("CTarvikStorage::createDatabase() failed to write to stream: %1 %2")
+                   .arg(file.error())
+                   .arg(file.errorString());
         file.close();
         // A half-written template is not a database; leave no such file behind.
         QFile::remove(databasePath());
@@ -323,7 +347,8 @@ bool CTarvikStorage::recreateDatabase()
     closeDatabase();
     const QString path = databasePath();
     if (QFile::exists(path) && !QFile::remove(path)) {
-        qWarning().noquote() << "CTarvikStorage::recreateDatabase failed to remove database" << path;
+        qWarning().noquote() << "CTarvikStorage::recreateDatabase failed to remove database"
+                             << path;
         return false;
     }
     openDatabase();
@@ -333,8 +358,8 @@ bool CTarvikStorage::recreateDatabase()
 bool CTarvikStorage::checkOpen(const char* operation) const
 {
     if (!isOpen()) {
-        qWarning().noquote() << QStringLiteral("CTarvikStorage::%1 db is not opened")
-                                    .arg(QLatin1String(operation));
+        qWarning().noquote()
+            << QStringLiteral("CTarvikStorage::%1 db is not opened").arg(QLatin1String(operation));
         return false;
     }
     return true;
@@ -357,7 +382,8 @@ bool CTarvikStorage::retrieveTarvikFromQuery(const QSqlQuery& query, CTarvik& ta
     const QVariant tid = query.value(0);
     const int id = tid.toInt(&ok);
     if (!ok) {
-        qWarning().noquote() << "CTarvikStorage::retrieveTarvikFromQuery invalid tid: " + tid.toString();
+        qWarning().noquote() << "CTarvikStorage::retrieveTarvikFromQuery invalid tid: " +
+                                    tid.toString();
         return false;
     }
     tarvik.setId(id);
@@ -374,7 +400,8 @@ bool CTarvikStorage::retrieveTarvikFromQuery(const QSqlQuery& query, CTarvik& ta
                                   seconds.toString();
     }
     int number = 0;
-    if (toIntColumn(query.value(5), number, "CTarvikStorage::retrieveTarvikFromQuery invalid ttz: ")) {
+    if (toIntColumn(query.value(5), number,
+                    "CTarvikStorage::retrieveTarvikFromQuery invalid ttz: ")) {
         tarvik.setTz(number);
     }
     tarvik.setTitle(query.value(6).toString());
@@ -414,7 +441,8 @@ bool CTarvikStorage::retrieveTarvikFromQuery(const QSqlQuery& query, CTarvik& ta
     }
     tarvik.setCarrier(query.value(19).toString());
     tarvik.setVersion(query.value(20).toString());
-    if (toIntColumn(query.value(21), number, "CTarvikStorage::retrieveTarvikFromQuery invalid tflag: ")) {
+    if (toIntColumn(query.value(21), number,
+                    "CTarvikStorage::retrieveTarvikFromQuery invalid tflag: ")) {
         tarvik.setFlag(number);
     }
     return true;
@@ -425,8 +453,9 @@ bool CTarvikStorage::retrieveTarviksFromQuery(QSqlQuery& query, QList<CTarvik>& 
     {
         QMutexLocker locker(&localMutex);
         if (!query.exec()) {
-            qWarning().noquote() << "CTarvikStorage::retrieveTarviksFromQuery failed to execute query" +
-                                        driverText(query);
+            qWarning().noquote()
+                << "CTarvikStorage::retrieveTarviksFromQuery failed to execute query" +
+                       driverText(query);
             return false;
         }
     }
@@ -453,17 +482,22 @@ bool CTarvikStorage::getTarvik(int tid, eFolderName folder, CTarvik& tarvik)
     query.prepare(sql(kSelectColumns, tableName(folder)) + QStringLiteral(" where tid=?"));
     query.addBindValue(tid);
     if (!query.exec()) {
-        qWarning().noquote() << QStringLiteral("CTarvikStorage::getTarvik tid=%1 failed to execute query").arg(tid) +
-                                    driverText(query);
+        qWarning().noquote()
+            << QStringLiteral("CTarvikStorage::getTarvik tid=%1 failed to execute query").arg(tid) +
+                   driverText(query);
         return false;
     }
     locker.unlock();
     if (!query.next()) {
-        qWarning().noquote() << QStringLiteral("CTarvikStorage::getTarvik tid=%1 failed to get record from query").arg(tid);
+        qWarning().noquote()
+            << QStringLiteral("CTarvikStorage::getTarvik tid=%1 failed to get record from query")
+                   .arg(tid);
         return false;
     }
     if (!retrieveTarvikFromQuery(query, tarvik)) {
-        qWarning().noquote() << QStringLiteral("CTarvikStorage::getTarvik tid=%1 failed to retrieve tarvik").arg(tid);
+        qWarning().noquote() << QStringLiteral(
+                                    "CTarvikStorage::getTarvik tid=%1 failed to retrieve tarvik")
+                                    .arg(tid);
         return false;
     }
     return true;
@@ -509,14 +543,18 @@ bool CTarvikStorage::saveTarvikLocked(const CTarvik& tarvik, eFolderName folder,
         select.prepare(QStringLiteral("select tid from %1 where tid=?").arg(table));
         select.addBindValue(tarvik.id());
         if (!select.exec()) {
-            qWarning().noquote() << QStringLiteral("CTarvikStorage::saveTarvik tid=%1 failed to execute select query")
-                                            .arg(tarvik.id()) +
-                                        driverText(select);
+            qWarning().noquote()
+                << QStringLiteral(
+                       "CTarvikStorage::saveTarvik tid=%1 failed to execute select query")
+                           .arg(tarvik.id()) +
+                       driverText(select);
             return false;
         }
         if (!select.next()) {
-            qWarning().noquote() << QStringLiteral("CTarvikStorage::saveTarvik tid=%1 failed to get record from query")
-                                        .arg(tarvik.id());
+            qWarning().noquote()
+                << QStringLiteral(
+                       "CTarvikStorage::saveTarvik tid=%1 failed to get record from query")
+                       .arg(tarvik.id());
             return false;
         }
         select.finish();
@@ -526,8 +564,9 @@ bool CTarvikStorage::saveTarvikLocked(const CTarvik& tarvik, eFolderName folder,
     query.bindValue(QStringLiteral(":tguid"), tarvik.guid());
     query.bindValue(QStringLiteral(":tfrom"), tarvik.from());
     query.bindValue(QStringLiteral(":tto"), tarvik.to());
-    query.bindValue(QStringLiteral(":tutcdatetime"),
-                    static_cast<uint>(tarvik.dateTime().isValid() ? tarvik.dateTime().toSecsSinceEpoch() : 0));
+    query.bindValue(
+        QStringLiteral(":tutcdatetime"),
+        static_cast<uint>(tarvik.dateTime().isValid() ? tarvik.dateTime().toSecsSinceEpoch() : 0));
     query.bindValue(QStringLiteral(":ttz"), tarvik.tz());
     query.bindValue(QStringLiteral(":ttitle"), tarvik.title());
     query.bindValue(QStringLiteral(":tnote"), tarvik.note());
@@ -546,7 +585,8 @@ bool CTarvikStorage::saveTarvikLocked(const CTarvik& tarvik, eFolderName folder,
     query.bindValue(QStringLiteral(":tversion"), tarvik.version());
     query.bindValue(QStringLiteral(":tflag"), tarvik.flag());
     if (!query.exec()) {
-        qWarning().noquote() << "CTarvikStorage::saveTarvik failed to exec query: " + driverText(query);
+        qWarning().noquote() << "CTarvikStorage::saveTarvik failed to exec query: " +
+                                    driverText(query);
         return false;
     }
     if (!insert) {
@@ -563,7 +603,8 @@ bool CTarvikStorage::saveTarvikLocked(const CTarvik& tarvik, eFolderName folder,
     return true;
 }
 
-bool CTarvikStorage::saveTarviks(const QList<CTarvik>& tarviks, eFolderName folder, QList<int>& tids)
+bool CTarvikStorage::saveTarviks(const QList<CTarvik>& tarviks, eFolderName folder,
+                                 QList<int>& tids)
 {
     qDebug("CTarvikStorage::saveTarviks: started folder=%d", int(folder));
     if (!checkOpen("saveTarviks") || !checkFolder(folder, "saveTarviks")) {
@@ -598,7 +639,8 @@ bool CTarvikStorage::saveTarviks(const QList<CTarvik>& tarviks, eFolderName fold
                 transactionLost = true;
                 break;
             }
-            qWarning().noquote() << QStringLiteral("CTarvikStorage::saveTarviks i=%1 failed to save tarvik").arg(i);
+            qWarning().noquote()
+                << QStringLiteral("CTarvikStorage::saveTarviks i=%1 failed to save tarvik").arg(i);
             result = false;
         }
         if (!transactionLost && !m_pDatabase->commit()) {
@@ -624,7 +666,8 @@ bool CTarvikStorage::saveTarviks(const QList<CTarvik>& tarviks, eFolderName fold
         if (saveTarvik(tarviks.at(i), folder, tid)) {
             tids.append(tid);
         } else {
-            qWarning().noquote() << QStringLiteral("CTarvikStorage::saveTarviks i=%1 failed to save tarvik").arg(i);
+            qWarning().noquote()
+                << QStringLiteral("CTarvikStorage::saveTarviks i=%1 failed to save tarvik").arg(i);
             result = false;
         }
     }
@@ -649,12 +692,16 @@ bool CTarvikStorage::removeTarvikLocked(int tid, eFolderName folder)
     select.prepare(QStringLiteral("select tid from %1 where tid=?").arg(table));
     select.addBindValue(tid);
     if (!select.exec()) {
-        qWarning().noquote() << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to execute select query").arg(tid) +
-                                    driverText(select);
+        qWarning().noquote()
+            << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to execute select query")
+                       .arg(tid) +
+                   driverText(select);
         return false;
     }
     if (!select.next()) {
-        qWarning().noquote() << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to get record from query").arg(tid);
+        qWarning().noquote()
+            << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to get record from query")
+                   .arg(tid);
         return false;
     }
     select.finish();
@@ -662,8 +709,10 @@ bool CTarvikStorage::removeTarvikLocked(int tid, eFolderName folder)
     remove.prepare(QStringLiteral("delete from %1 where tid=?").arg(table));
     remove.addBindValue(tid);
     if (!remove.exec()) {
-        qWarning().noquote() << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to execute delete query").arg(tid) +
-                                    driverText(remove);
+        qWarning().noquote()
+            << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to execute delete query")
+                       .arg(tid) +
+                   driverText(remove);
         return false;
     }
     return true;
@@ -682,9 +731,11 @@ bool CTarvikStorage::removeTarviks(const QList<int>& tids, eFolderName folder)
     bool result = true;
     for (int i = 0; i < tids.size(); ++i) {
         if (!removeTarvik(tids.at(i), folder)) {
-            qWarning().noquote() << QStringLiteral("CTarvikStorage::removeTarviks i=%1 tid=%2 failed to remove tarvik")
-                                        .arg(i)
-                                        .arg(tids.at(i));
+            qWarning().noquote()
+                << QStringLiteral(
+                       "CTarvikStorage::removeTarviks i=%1 tid=%2 failed to remove tarvik")
+                       .arg(i)
+                       .arg(tids.at(i));
             result = false;
         }
     }
@@ -700,9 +751,11 @@ bool CTarvikStorage::removeAllTarviks(eFolderName folder)
     QMutexLocker locker(&localMutex);
     QSqlQuery query(*m_pDatabase);
     if (!query.exec(QStringLiteral("delete from %1").arg(tableName(folder)))) {
-        qWarning().noquote() << QStringLiteral("CTarvikStorage::removeAllTarviks folder=%1 failed to execute delete query")
-                                        .arg(int(folder)) +
-                                    driverText(query);
+        qWarning().noquote()
+            << QStringLiteral(
+                   "CTarvikStorage::removeAllTarviks folder=%1 failed to execute delete query")
+                       .arg(int(folder)) +
+                   driverText(query);
         return false;
     }
     return true;
@@ -718,7 +771,8 @@ bool CTarvikStorage::getSettings(CTSettings& settings)
     QSqlQuery query(*m_pDatabase);
     query.setForwardOnly(true);
     if (!query.exec(QStringLiteral("select name, value from settings"))) {
-        qWarning().noquote() << "CTarvikStorage::getSettings failed to execute query" + driverText(query);
+        qWarning().noquote() << "CTarvikStorage::getSettings failed to execute query" +
+                                    driverText(query);
         return false;
     }
     locker.unlock();
@@ -746,7 +800,8 @@ bool CTarvikStorage::getSettings(CTSettings& settings)
         } else if (name == QLatin1String("pollinginterval")) {
             const int interval = value.toInt(&ok, 10);
             if (!ok) {
-                qWarning() << "CTarvikStorage::getSettings failed to convert pollinginterval to int";
+                qWarning()
+                    << "CTarvikStorage::getSettings failed to convert pollinginterval to int";
                 return false;
             }
             settings.setPollinginterval(interval);
@@ -784,8 +839,10 @@ bool CTarvikStorage::saveSettings(const CTSettings& settings, uint mask)
         query.prepare(QStringLiteral("update settings set value=:value where name='%1'").arg(key));
         query.bindValue(QStringLiteral(":value"), step.value);
         if (!query.exec()) {
-            qWarning().noquote() << QStringLiteral("CTarvikStorage::saveSettings failed to exec update %1 query: ").arg(key) +
-                                        driverText(query);
+            qWarning().noquote()
+                << QStringLiteral("CTarvikStorage::saveSettings failed to exec update %1 query: ")
+                           .arg(key) +
+                       driverText(query);
             return false;
         }
     }
@@ -802,8 +859,9 @@ bool CTarvikStorage::getLocationRequest(CLocationRequest& request)
     QSqlQuery query(*m_pDatabase);
     query.setForwardOnly(true);
     if (!query.exec(QStringLiteral("select name, value from settings"))) {
-        qWarning().noquote() << "CTarvikStorage::getLocationRequest failed to execute select query from settings" +
-                                    driverText(query);
+        qWarning().noquote()
+            << "CTarvikStorage::getLocationRequest failed to execute select query from settings" +
+                   driverText(query);
         return false;
     }
     locker.unlock();
@@ -813,14 +871,16 @@ bool CTarvikStorage::getLocationRequest(CLocationRequest& request)
         if (name == QLatin1String("providelocation")) {
             const int value = query.value(1).toString().toInt(&ok, 10);
             if (!ok) {
-                qWarning() << "CTarvikStorage::getLocationRequest failed to convert providelocation to int";
+                qWarning() << "CTarvikStorage::getLocationRequest failed to convert "
+                              "providelocation to int";
                 return false;
             }
             request.setProvidelocation(value);
         } else if (name == QLatin1String("providelocationperiod")) {
             const int value = query.value(1).toString().toInt(&ok, 10);
             if (!ok) {
-                qWarning() << "CTarvikStorage::getLocationRequest failed to convert providelocationperiod to int";
+                qWarning() << "CTarvikStorage::getLocationRequest failed to convert "
+                              "providelocationperiod to int";
                 return false;
             }
             request.setProvidelocationperiod(value);
@@ -832,9 +892,9 @@ bool CTarvikStorage::getLocationRequest(CLocationRequest& request)
     QSqlQuery schedule(*m_pDatabase);
     schedule.setForwardOnly(true);
     if (!schedule.exec(QStringLiteral("select day, timeon, timeoff from locationupdateschedule"))) {
-        qWarning().noquote()
-            << "CTarvikStorage::getLocationRequest failed to execute select query from locationupdateschedule" +
-                   driverText(schedule);
+        qWarning().noquote() << "CTarvikStorage::getLocationRequest failed to execute select query "
+                                "from locationupdateschedule" +
+                                    driverText(schedule);
         return false;
     }
     locker.unlock();
@@ -861,44 +921,48 @@ bool CTarvikStorage::saveLocationRequest(const CLocationRequest& request, uint m
     QMutexLocker locker(&localMutex);
     if (mask & CLocationRequest::eMaskProvideLocation) {
         QSqlQuery query(*m_pDatabase);
-        query.prepare(QStringLiteral("update settings set value=:value where name='providelocation'"));
+        query.prepare(
+            QStringLiteral("update settings set value=:value where name='providelocation'"));
         query.bindValue(QStringLiteral(":value"), request.providelocation());
         if (!query.exec()) {
-            qWarning().noquote() << "CTarvikStorage::saveLocationRequest failed to exec update providelocation query: " +
+            qWarning().noquote() << "CTarvikStorage::saveLocationRequest failed to exec update "
+                                    "providelocation query: " +
                                         driverText(query);
             return false;
         }
     }
     if (mask & CLocationRequest::eMaskProvideLocationPeriod) {
         QSqlQuery query(*m_pDatabase);
-        query.prepare(QStringLiteral("update settings set value=:value where name='providelocationperiod'"));
+        query.prepare(
+            QStringLiteral("update settings set value=:value where name='providelocationperiod'"));
         query.bindValue(QStringLiteral(":value"), request.providelocationperiod());
         if (!query.exec()) {
-            qWarning().noquote()
-                << "CTarvikStorage::saveLocationRequest failed to exec update providelocationperiod query: " +
-                       driverText(query);
+            qWarning().noquote() << "CTarvikStorage::saveLocationRequest failed to exec update "
+                                    "providelocationperiod query: " +
+                                        driverText(query);
             return false;
         }
     }
     if (mask & CLocationRequest::eMaskSchedule) {
         QSqlQuery remove(*m_pDatabase);
         if (!remove.exec(QStringLiteral("delete from locationupdateschedule"))) {
-            qWarning().noquote()
-                << "CTarvikStorage::saveLocationRequest failed to execute delete query on locationupdateschedule" +
-                       driverText(remove);
+            qWarning().noquote() << "CTarvikStorage::saveLocationRequest failed to execute delete "
+                                    "query on locationupdateschedule" +
+                                        driverText(remove);
             return false;
         }
         for (const CLocationRequest::CScheduleEntry& entry : request.schedule()) {
             QSqlQuery insert(*m_pDatabase);
-            insert.prepare(QStringLiteral(
-                "insert into locationupdateschedule (day, timeon, timeoff) values (:day, :timeon, :timeoff)"));
+            insert.prepare(
+                QStringLiteral("insert into locationupdateschedule (day, timeon, timeoff) values "
+                               "(:day, :timeon, :timeoff)"));
             insert.bindValue(QStringLiteral(":day"), entry.day);
             insert.bindValue(QStringLiteral(":timeon"), entry.timeon);
             insert.bindValue(QStringLiteral(":timeoff"), entry.timeoff);
             if (!insert.exec()) {
-                qWarning().noquote()
-                    << "CTarvikStorage::saveLocationRequest failed to exec insert into locationupdateschedule query: " +
-                           driverText(insert);
+                qWarning().noquote() << "CTarvikStorage::saveLocationRequest failed to exec insert "
+                                        "into locationupdateschedule query: " +
+                                            driverText(insert);
                 return false;
             }
         }

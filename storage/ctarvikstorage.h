@@ -33,10 +33,10 @@ public:
         virtual ~CUserData();
     };
 
-    static const QString softwareVersion;  // "1.0.5"
-    static const QString driverName;       // "QSQLITE"
-    static const QString fileName;         // "tarvikdb.sqlite"
-    static const QString templateResource; // ":/res_storage/tarvikdb.sqlite"
+    static const QString softwareVersion;   // "1.0.5"
+    static const QString driverName;        // "QSQLITE"
+    static const QString fileName;          // "tarvikdb.sqlite"
+    static const QString templateResource;  // ":/res_storage/tarvikdb.sqlite"
     // SQLite waits this long for a lock held by another connection (the daemon).
     static const int busyTimeoutMs = 3000;
 
@@ -74,7 +74,8 @@ public:
     static bool retrieveTarvikFromQuery(const QSqlQuery& query, CTarvik& tarvik);
 
 public Q_SLOTS:
-    void getTarvikRequest(int tid, eFolderName folderName, CTarvikStorage::CUserData* userData = nullptr);
+    void getTarvikRequest(int tid, eFolderName folderName,
+                          CTarvikStorage::CUserData* userData = nullptr);
     void saveTarvikRequest(Dravo::CTarvik tarvik, eFolderName folderName,
                            CTarvikStorage::CUserData* userData = nullptr);
     void removeTarvikRequest(int tid, eFolderName folderName,
@@ -85,7 +86,8 @@ public Q_SLOTS:
                             CTarvikStorage::CUserData* userData = nullptr);
     void removeTarviksRequest(QList<int> tids, eFolderName folderName,
                               CTarvikStorage::CUserData* userData = nullptr);
-    void removeAllTarviksRequest(eFolderName folderName, CTarvikStorage::CUserData* userData = nullptr);
+    void removeAllTarviksRequest(eFolderName folderName,
+                                 CTarvikStorage::CUserData* userData = nullptr);
     void getSettingsRequest(CTarvikStorage::CUserData* userData = nullptr);
     void saveSettingsRequest(Dravo::CTSettings settings, uint mask,
                              CTarvikStorage::CUserData* userData = nullptr);
@@ -96,8 +98,10 @@ public Q_SLOTS:
 Q_SIGNALS:
     void signalTarvikGotten(bool result, Dravo::CTarvik tarvik, uint folderName,
                             CTarvikStorage::CUserData* userData);
-    void signalTarvikSaved(bool result, int tid, uint folderName, CTarvikStorage::CUserData* userData);
-    void signalTarvikRemoved(bool result, int tid, uint folderName, CTarvikStorage::CUserData* userData);
+    void signalTarvikSaved(bool result, int tid, uint folderName,
+                           CTarvikStorage::CUserData* userData);
+    void signalTarvikRemoved(bool result, int tid, uint folderName,
+                             CTarvikStorage::CUserData* userData);
     void signalTarviksGotten(bool result, QList<Dravo::CTarvik> tarviks, uint folderName,
                              CTarvikStorage::CUserData* userData);
     void signalTarviksSaved(bool result, QList<int> tids, uint folderName,

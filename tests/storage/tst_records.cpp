@@ -7,8 +7,8 @@
 #include <QTest>
 
 #include "casynctstorage.h"
-#include "clogcapture.h"
 #include "clocationrequest.h"
+#include "clogcapture.h"
 #include "ctarvik.h"
 #include "ctarvikstorage.h"
 #include "ctsettings.h"
@@ -115,10 +115,11 @@ void StorageRecordsTest::toXml_data()
     QTest::addColumn<double>("longitude");
     QTest::addColumn<QString>("expected");
 
-    const QString head = QStringLiteral("<ping><from>%1</from><reg>R1</reg><country>372</country>"
-                                        "<carrier>n/a</carrier><to>+3725551234</to>"
-                                        "<date>2009-10-11</date><time>07:05:09</time><tz>3</tz>"
-                                        "<title>%2</title><note>n</note><address></address>");
+    const QString head = QStringLiteral(
+        "<ping><from>%1</from><reg>R1</reg><country>372</country>"
+        "<carrier>n/a</carrier><to>+3725551234</to>"
+        "<date>2009-10-11</date><time>07:05:09</time><tz>3</tz>"
+        "<title>%2</title><note>n</note><address></address>");
     const QString tail = QStringLiteral(
         "<coordinates><latitude>%1</latitude><longitude>%2</longitude></coordinates>"
         "<version>1.0.5</version><screenname>Mari</screenname></ping>");
@@ -171,11 +172,11 @@ void StorageRecordsTest::dumpLabels()
     tarvik.setTitle(QStringLiteral("hello"));
     Test::CLogCapture log;
     tarvik.dump();
-    const QStringList labels = {"id:", "guid:", "type:", "from:", "to:", "date & time:",
-                                "tz:", "title:", "note:", "address:", "latitude:",
-                                "longitude:", "screenname:", "typedesc:", "image:",
-                                "priority:", "color:", "reg:", "country:", "carrier:",
-                                "version:", "flag:"};
+    const QStringList labels = {
+        "id:",         "guid:",     "type:",    "from:",     "to:",       "date & time:",
+        "tz:",         "title:",    "note:",    "address:",  "latitude:", "longitude:",
+        "screenname:", "typedesc:", "image:",   "priority:", "color:",    "reg:",
+        "country:",    "carrier:",  "version:", "flag:"};
     const QStringList lines = log.lines();
     QCOMPARE(lines.size(), labels.size());
     for (int i = 0; i < labels.size(); ++i) {
@@ -196,8 +197,14 @@ void StorageRecordsTest::settingsAndScheduleDumps()
     settings.dump();
     request.dump();
     const QStringList lines = log.lines();
-    const QStringList labels = {"imei:", "screenname:", "mynumber:", "version:", "imsi:",
-                                "regflag:", "pollinginterval:", "tprovidelocation:",
+    const QStringList labels = {"imei:",
+                                "screenname:",
+                                "mynumber:",
+                                "version:",
+                                "imsi:",
+                                "regflag:",
+                                "pollinginterval:",
+                                "tprovidelocation:",
                                 "tprovidelocationperiod:"};
     QCOMPARE(lines.size(), labels.size() + 1);
     for (int i = 0; i < labels.size(); ++i) {
@@ -231,9 +238,10 @@ void StorageRecordsTest::fromRow_data()
         << 0 << 1 << qint64(1) << 1.0
         << QStringLiteral("CTarvikStorage::retrieveTarvikFromQuery invalid ttz: UTC+2");
     QTest::newRow("time is text: null date-time")
-        << QStringLiteral("7, 'g', 'f', 't', 'yesterday', 1, 'ti', 'no', 1.0, 2.0, ") + tail
-        << true << 1 << 1 << qint64(-1) << 1.0
-        << QStringLiteral("CTarvikStorage::retrieveTarvikFromQuery invalid tutcdatetime: yesterday");
+        << QStringLiteral("7, 'g', 'f', 't', 'yesterday', 1, 'ti', 'no', 1.0, 2.0, ") + tail << true
+        << 1 << 1 << qint64(-1) << 1.0
+        << QStringLiteral(
+               "CTarvikStorage::retrieveTarvikFromQuery invalid tutcdatetime: yesterday");
     QTest::newRow("latitude is text with a dot")
         << QStringLiteral("7, 'g', 'f', 't', 1, 1, 'ti', 'no', '58.38', 2.0, ") + tail << true << 1
         << 1 << qint64(1) << 58.38 << QString();
@@ -242,8 +250,9 @@ void StorageRecordsTest::fromRow_data()
         << 1 << qint64(1) << 0.0
         << QStringLiteral("CTarvikStorage::retrieveTarvikFromQuery invalid tlatitude: north");
     QTest::newRow("flag is text")
-        << QStringLiteral("7, 'g', 'f', 't', 1, 1, 'ti', 'no', 1.0, 2.0, 'Mari', 'addr', 'T', "
-                          "'desc', 'img', 2, 'blue', 'reg', 372, 'Elisa', '1.0.5', 'unread'")
+        << QStringLiteral(
+               "7, 'g', 'f', 't', 1, 1, 'ti', 'no', 1.0, 2.0, 'Mari', 'addr', 'T', "
+               "'desc', 'img', 2, 'blue', 'reg', 372, 'Elisa', '1.0.5', 'unread'")
         << true << 1 << 0 << qint64(1) << 1.0
         << QStringLiteral("CTarvikStorage::retrieveTarvikFromQuery invalid tflag: unread");
     QTest::newRow("NULL everywhere but tid")
@@ -307,9 +316,11 @@ void StorageRecordsTest::coordinatesFollowLocale()
     const QString row = QStringLiteral(
         "1, 'g', 'f', 't', 1, 1, 'ti', 'no', %1, %2, 's', 'a', 'T', 'd', 'i', 0, '', 'r', 0, "
         "'c', 'v', 0");
-    const bool dotted = buildFromRow(row.arg(QStringLiteral("'58.3806'"), QStringLiteral("26.72")), tarvik);
+    const bool dotted =
+        buildFromRow(row.arg(QStringLiteral("'58.3806'"), QStringLiteral("26.72")), tarvik);
     const double dottedLat = tarvik.latitude();
-    const bool comma = buildFromRow(row.arg(QStringLiteral("'1,5'"), QStringLiteral("-3.25")), tarvik);
+    const bool comma =
+        buildFromRow(row.arg(QStringLiteral("'1,5'"), QStringLiteral("-3.25")), tarvik);
     QLocale::setDefault(previous);
     QVERIFY(dotted && comma);
     QCOMPARE(dottedLat, 58.3806);

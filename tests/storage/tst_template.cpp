@@ -95,29 +95,33 @@ void StorageTemplateTest::folderTables()
     QFETCH(QString, table);
     // name, type, notnull, default, pk
     const QList<QStringList> expected = {
-        {"tid", "INTEGER", "1", "<null>", "1"},       {"tguid", "TEXT", "0", "<null>", "0"},
-        {"tfrom", "TEXT", "0", "<null>", "0"},        {"tto", "TEXT", "0", "<null>", "0"},
-        {"tutcdatetime", "INTEGER", "0", "0", "0"},   {"ttz", "INTEGER", "0", "0", "0"},
-        {"ttitle", "TEXT", "0", "<null>", "0"},       {"tnote", "TEXT", "0", "<null>", "0"},
-        {"tlatitude", "REAL", "0", "0", "0"},         {"tlongitude", "REAL", "0", "0", "0"},
-        {"tscreenname", "TEXT", "0", "<null>", "0"},  {"taddress", "TEXT", "0", "<null>", "0"},
-        {"ttype", "TEXT", "0", "<null>", "0"},        {"ttypedesc", "TEXT", "0", "<null>", "0"},
-        {"timage", "TEXT", "0", "<null>", "0"},       {"tpriority", "INTEGER", "0", "0", "0"},
-        {"tcolor", "TEXT", "0", "<null>", "0"},       {"treg", "TEXT", "0", "<null>", "0"},
-        {"tcountry", "INTEGER", "0", "0", "0"},       {"tcarrier", "TEXT", "0", "<null>", "0"},
-        {"tversion", "TEXT", "0", "<null>", "0"},     {"tflag", "INTEGER", "0", "0", "0"},
+        {"tid", "INTEGER", "1", "<null>", "1"},      {"tguid", "TEXT", "0", "<null>", "0"},
+        {"tfrom", "TEXT", "0", "<null>", "0"},       {"tto", "TEXT", "0", "<null>", "0"},
+        {"tutcdatetime", "INTEGER", "0", "0", "0"},  {"ttz", "INTEGER", "0", "0", "0"},
+        {"ttitle", "TEXT", "0", "<null>", "0"},      {"tnote", "TEXT", "0", "<null>", "0"},
+        {"tlatitude", "REAL", "0", "0", "0"},        {"tlongitude", "REAL", "0", "0", "0"},
+        {"tscreenname", "TEXT", "0", "<null>", "0"}, {"taddress", "TEXT", "0", "<null>", "0"},
+        {"ttype", "TEXT", "0", "<null>", "0"},       {"ttypedesc", "TEXT", "0", "<null>", "0"},
+        {"timage", "TEXT", "0", "<null>", "0"},      {"tpriority", "INTEGER", "0", "0", "0"},
+        {"tcolor", "TEXT", "0", "<null>", "0"},      {"treg", "TEXT", "0", "<null>", "0"},
+        {"tcountry", "INTEGER", "0", "0", "0"},      {"tcarrier", "TEXT", "0", "<null>", "0"},
+        {"tversion", "TEXT", "0", "<null>", "0"},    {"tflag", "INTEGER", "0", "0", "0"},
     };
-    QCOMPARE(rows(QStringLiteral("select name, type, \"notnull\", dflt_value, pk from pragma_table_info('%1')")
+    QCOMPARE(rows(QStringLiteral(
+                      "select name, type, \"notnull\", dflt_value, pk from pragma_table_info('%1')")
                       .arg(table)),
              expected);
-    const QString sql = rows(QStringLiteral("select sql from sqlite_master where name='%1'").arg(table))
-                            .value(0)
-                            .value(0);
-    QVERIFY2(sql.contains(QStringLiteral("tid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL")), qPrintable(sql));
+    const QString sql =
+        rows(QStringLiteral("select sql from sqlite_master where name='%1'").arg(table))
+            .value(0)
+            .value(0);
+    QVERIFY2(sql.contains(QStringLiteral("tid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL")),
+             qPrintable(sql));
     const QString index = QStringLiteral("idx_%1_tutcdatetime").arg(table);
     QCOMPARE(rows(QStringLiteral("select name from pragma_index_list('%1')").arg(table)),
              QList<QStringList>{{index}});
-    QCOMPARE(rows(QStringLiteral("select name, desc from pragma_index_xinfo('%1') where key=1").arg(index)),
+    QCOMPARE(rows(QStringLiteral("select name, desc from pragma_index_xinfo('%1') where key=1")
+                      .arg(index)),
              (QList<QStringList>{{"tutcdatetime", "1"}}));
     QCOMPARE(rows(QStringLiteral("select count(*) from %1").arg(table)), QList<QStringList>{{"0"}});
 }
@@ -126,11 +130,14 @@ void StorageTemplateTest::settingsRows()
 {
     QCOMPARE(rows(QStringLiteral("select name, type from pragma_table_info('settings')")),
              (QList<QStringList>{{"name", "TEXT"}, {"value", "TEXT"}}));
-    QCOMPARE(rows(QStringLiteral("select name from pragma_index_list('settings')")), QList<QStringList>{});
+    QCOMPARE(rows(QStringLiteral("select name from pragma_index_list('settings')")),
+             QList<QStringList>{});
     const QList<QStringList> expected = {
-        {"imei", "<null>"},          {"screenname", "<null>"},         {"mynumber", "<null>"},
-        {"version", "<null>"},       {"imsi", "<null>"},               {"regflag", "0"},
-        {"providelocation", "0"},    {"providelocationperiod", "0"},   {"pollinginterval", "0"},
+        {"imei", "<null>"},       {"screenname", "<null>"},
+        {"mynumber", "<null>"},   {"version", "<null>"},
+        {"imsi", "<null>"},       {"regflag", "0"},
+        {"providelocation", "0"}, {"providelocationperiod", "0"},
+        {"pollinginterval", "0"},
     };
     QCOMPARE(rows(QStringLiteral("select name, value from settings order by rowid")), expected);
     QCOMPARE(rows(QStringLiteral("select typeof(value) from settings where name='regflag'")),
@@ -139,12 +146,15 @@ void StorageTemplateTest::settingsRows()
 
 void StorageTemplateTest::scheduleTable()
 {
-    QCOMPARE(rows(QStringLiteral("select name, type from pragma_table_info('locationupdateschedule')")),
-             (QList<QStringList>{{"day", "INTEGER"}, {"timeon", "TEXT"}, {"timeoff", "TEXT"}}));
-    QCOMPARE(rows(QStringLiteral("select name, desc from pragma_index_xinfo('idx_locationupdateschedule') "
-                                 "where key=1 order by seqno")),
+    QCOMPARE(
+        rows(QStringLiteral("select name, type from pragma_table_info('locationupdateschedule')")),
+        (QList<QStringList>{{"day", "INTEGER"}, {"timeon", "TEXT"}, {"timeoff", "TEXT"}}));
+    QCOMPARE(rows(QStringLiteral(
+                 "select name, desc from pragma_index_xinfo('idx_locationupdateschedule') "
+                 "where key=1 order by seqno")),
              (QList<QStringList>{{"day", "0"}, {"timeon", "0"}}));
-    QCOMPARE(rows(QStringLiteral("select count(*) from locationupdateschedule")), QList<QStringList>{{"0"}});
+    QCOMPARE(rows(QStringLiteral("select count(*) from locationupdateschedule")),
+             QList<QStringList>{{"0"}});
 }
 
 void StorageTemplateTest::sequenceRows()

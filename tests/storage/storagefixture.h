@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QString>
+#include <QTemporaryDir>
+#include <QVariant>
+
+#include "ctarvik.h"
+
+namespace Dravo {
+namespace Test {
+
+// Points HOME at a fresh temporary directory for the lifetime of the object.
+class CScopedHome
+{
+public:
+    CScopedHome() : m_previous(qgetenv("HOME")) { qputenv("HOME", m_dir.path().toUtf8()); }
+    ~CScopedHome() { qputenv("HOME", m_previous); }
+    QString path() const { return m_dir.path(); }
+    QString dataDir() const { return m_dir.path() + QStringLiteral("/.tarvik/"); }
+    QString dbPath() const { return dataDir() + QStringLiteral("tarvikdb.sqlite"); }
+
+private:
+    QByteArray m_previous;
+    QTemporaryDir m_dir;
+};
+
+inline CTarvik makeTarvik(const QString& title, qint64 seconds, double latitude = 59.437,
+                          double longitude = 24.7536)
+{
+    CTarvik tarvik;
+    tarvik.setGuid(QStringLiteral("guid-") + title);
+    tarvik.setFrom(QStringLiteral("+3725550001"));
+    tarvik.setTo(QStringLiteral("mari@example.org"));
+    tarvik.setDateTime(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC));
+    tarvik.setTz(2);
+    tarvik.setTitle(title);
+    tarvik.setNote(QStringLiteral("Meet me at the town hall square"));
+    tarvik.setLatitude(latitude);
+    tarvik.setLongitude(longitude);
+    tarvik.setScreenname(QStringLiteral("Jaan"));
+    tarvik.setAddress(QStringLiteral("Raekoja plats 1"));
+    tarvik.setFlag(1);
+    return tarvik;
+}
+
+// A second connection to the same file, as another process (the daemon) would have.
+class CSideConnection
+{
+public:
+    explicit CSideConnection(const QString& path, const QString& name = QStringLiteral("side"))
+        : m_strName(name)
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(path);
+        db.open();
+    }
+    ~CSideConnection()
+    {
+        QSqlDatabase::database(m_strName, false).close();
+        QSqlDatabase::removeDatabase(m_strName);
+    }
+    QSqlDatabase db() const { return QSqlDatabase::database(m_strName, false); }
+    bool exec(const QString& sql)
+    {
+        QSqlQuery query(db());
+        return query.exec(sql);
+    }
+    QVariant scalar(const QString& sql)
+    {
+        QSqlQuery query(db());
+        if (!query.exec(sql) || !query.next()) {
+            return QVariant();
+        }
+        return query.value(0);
+    }
+
+private:
+    QString m_strName;
+};
+
+}  // namespace Test
+}  // namespace Dravo
