@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+// What the client's object "/com/qel/tarvik" says about its own interfaces, byte for
+// byte, before the standard interfaces that QtDBus appends.
+namespace TarvikTest {
+inline const char* const kClientIntrospectionHead =
+    "<!DOCTYPE node PUBLIC \"-//freedesktop//DTD D-BUS Object Introspection 1.0//EN\"\n"
+    "\"http://www.freedesktop.org/standards/dbus/1.0/introspect.dtd\">\n"
+    "<node>\n"
+    "  <interface name=\"com.qel.TarvikClient\">\n"
+    "    <signal name=\"SendReceiveRequest\"/>\n"
+    "    <signal name=\"CheckConnectionRequest\"/>\n"
+    "    <signal name=\"RegistrationRequest\"/>\n"
+    "    <signal name=\"ApplicationStarted\"/>\n"
+    "    <signal name=\"ApplicationClosed\"/>\n"
+    "    <method name=\"OpenInbox\"/>\n"
+    "    <method name=\"OnMessagesReceived\"/>\n"
+    "    <method name=\"OnMessagesSent\"/>\n"
+    "    <method name=\"OnMessagesPartiallySent\"/>\n"
+    "    <method name=\"OnMessagesSendFailed\"/>\n"
+    "    <method name=\"OnRegistrationSucceed\"/>\n"
+    "    <method name=\"OnRegistrationFailed\"/>\n"
+    "    <method name=\"OnConnectionCheckSucceed\"/>\n"
+    "    <method name=\"OnConnectionCheckFailed\"/>\n"
+    "  </interface>\n"
+    "  <interface name=\"com.qel.TarvikOsso\">\n"
+    "    <method name=\"top_application\"/>\n"
+    "  </interface>\n";
+
+// The adaptors' own "D-Bus Introspection" class information.
+inline const char* const kClientAdaptorXml =
+    "  <interface name=\"com.qel.TarvikClient\">\n"
+    "    <signal name=\"SendReceiveRequest\"/>\n"
+    "    <signal name=\"CheckConnectionRequest\"/>\n"
+    "    <signal name=\"RegistrationRequest\"/>\n"
+    "    <signal name=\"ApplicationStarted\"/>\n"
+    "    <signal name=\"ApplicationClosed\"/>\n"
+    "    <method name=\"OpenInbox\"/>\n"
+    "    <method name=\"OnMessagesReceived\"/>\n"
+    "    <method name=\"OnMessagesSent\"/>\n"
+    "    <method name=\"OnMessagesPartiallySent\"/>\n"
+    "    <method name=\"OnMessagesSendFailed\"/>\n"
+    "    <method name=\"OnRegistrationSucceed\"/>\n"
+    "    <method name=\"OnRegistrationFailed\"/>\n"
+    "    <method name=\"OnConnectionCheckSucceed\"/>\n"
+    "    <method name=\"OnConnectionCheckFailed\"/>\n"
+    "  </interface>\n";
+inline const char* const kOssoAdaptorXml =
+    "  <interface name=\"com.qel.TarvikOsso\">\n"
+    "    <method name=\"top_application\"/>\n"
+    "  </interface>\n";
+
+// Checks a whole introspection reply: the head exactly, then only QtDBus's standard
+// interfaces, then the closing tag. Returns an empty text when it matches.
+inline QString introspectionMismatch(const QString& xml)
+{
+    const QString head = QString::fromLatin1(kClientIntrospectionHead);
+    if (!xml.startsWith(head))
+        return QStringLiteral("head differs:\n") + xml;
+    const QString tail = xml.mid(head.size());
+    const QStringList standard = {QStringLiteral("org.freedesktop.DBus.Properties"),
+                                  QStringLiteral("org.freedesktop.DBus.Introspectable"),
+                                  QStringLiteral("org.freedesktop.DBus.Peer")};
+    qsizetype pos = 0;
+    for (;;) {
+        pos = tail.indexOf(QStringLiteral("  <interface name=\""), pos);
+        if (pos < 0)
+            break;
+        pos += 19;
+        const QString name = tail.mid(pos, tail.indexOf(QLatin1Char('"'), pos) - pos);
+        if (!standard.contains(name))
+            return QStringLiteral("unexpected interface ") + name;
+    }
+    if (!tail.endsWith(QStringLiteral("</node>\n")))
+        return QStringLiteral("no closing node tag");
+    return QString();
+}
+}  // namespace TarvikTest

@@ -1,0 +1,302 @@
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QElapsedTimer>
+#include <QMetaMethod>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "comqeltarvikdaemoninterface.h"
+#include "cprivatebus.h"
+#include "dbusobject.h"
+#include "expectedintrospection.h"
+
+using Tarvik::DBusObject;
+
+namespace {
+QStringList g_lstLog;
+QtMessageHandler g_pPrevious = nullptr;
+void captureHandler(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    g_lstLog << message;
+    if (g_pPrevious)
+        g_pPrevious(type, context, message);
+}
+
+// Plays the daemon on the peer connection and records which methods were called.
+class FakeDaemon : public QObject
+{
+    Q_OBJECT
+public:
+    QStringList m_lstCalls;
+public Q_SLOTS:
+    bool IsClientStarted()
+    {
+        m_lstCalls << "IsClientStarted";
+        return true;
+    }
+    void OnClientStarted() { m_lstCalls << "OnClientStarted"; }
+    void Pause() { m_lstCalls << "Pause"; }
+    void Resume() { m_lstCalls << "Resume"; }
+    void Start() { m_lstCalls << "Start"; }
+    void Stop() { m_lstCalls << "Stop"; }
+};
+}  // namespace
+
+class TestDBusObject : public QObject
+{
+    Q_OBJECT
+
+private:
+    Dravo::Test::CPrivateBuses m_buses;
+    QDBusConnection m_peer = QDBusConnection(QString());
+
+    QDBusMessage call(const QString& service, const QString& path, const QString& interface,
+                      const QString& method)
+    {
+        QDBusMessage msg = QDBusMessage::createMethodCall(service, path, interface, method);
+        QDBusPendingCallWatcher watcher(m_peer.asyncCall(msg, 5000));
+        QSignalSpy spy(&watcher, &QDBusPendingCallWatcher::finished);
+        if (!watcher.isFinished())
+            spy.wait(6000);
+        return watcher.reply();
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY2(m_buses.start(), qPrintable(m_buses.errorString()));
+        m_peer = QDBusConnection::connectToBus(m_buses.session().address(), "peer");
+        QVERIFY(m_peer.isConnected());
+        g_pPrevious = qInstallMessageHandler(&captureHandler);
+        DBusObject* pObject = DBusObject::instance();
+        QVERIFY(pObject);
+        QCOMPARE(g_lstLog.mid(0, 2),
+                 QStringList({"Tarvik::DBusObject::DBusObject constructor start",
+                              "Tarvik::DBusObject::DBusObject constructor end"}));
+        QCOMPARE(m_peer.interface()->serviceOwner(DBusObject::serviceName()).value(),
+                 QDBusConnection::sessionBus().baseService());
+        for (const char* pSig : {"ApplicationStarted", "ApplicationClosed", "RegistrationRequest",
+                                 "SendReceiveRequest", "CheckConnectionRequest"}) {
+            QVERIFY(m_peer.connect(QString(), DBusObject::objectPath(), "com.qel.TarvikClient",
+                                   pSig, this, SLOT(onBusSignal(QDBusMessage))));
+        }
+    }
+
+    void cleanupTestCase() { qInstallMessageHandler(g_pPrevious); }
+
+    void introspection()
+    {
+        const QDBusMessage reply = call(DBusObject::serviceName(), DBusObject::objectPath(),
+                                        "org.freedesktop.DBus.Introspectable", "Introspect");
+        QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
+        const QString strMismatch =
+            TarvikTest::introspectionMismatch(reply.arguments().value(0).toString());
+        QVERIFY2(strMismatch.isEmpty(), qPrintable(strMismatch));
+    }
+
+    void adaptorClassInfo_data()
+    {
+        QTest::addColumn<QString>("interface");
+        QTest::addColumn<QString>("xml");
+        QTest::newRow("client") << "com.qel.TarvikClient"
+                                << QString::fromLatin1(TarvikTest::kClientAdaptorXml);
+        QTest::newRow("osso") << "com.qel.TarvikOsso"
+                              << QString::fromLatin1(TarvikTest::kOssoAdaptorXml);
+    }
+
+    // Both adaptors are children of the object and carry their interface text exactly.
+    void adaptorClassInfo()
+    {
+        QFETCH(QString, interface);
+        QFETCH(QString, xml);
+        int nFound = 0;
+        for (QObject* pChild : DBusObject::instance()->children()) {
+            const QMetaObject* pMeta = pChild->metaObject();
+            const int iIface = pMeta->indexOfClassInfo("D-Bus Interface");
+            if (iIface < 0 || interface != QLatin1String(pMeta->classInfo(iIface).value()))
+                continue;
+            ++nFound;
+            const int iXml = pMeta->indexOfClassInfo("D-Bus Introspection");
+            QVERIFY(iXml >= 0);
+            QCOMPARE(QString::fromLatin1(pMeta->classInfo(iXml).value()), xml);
+        }
+        QCOMPARE(nFound, 1);
+    }
+
+    void incomingCall_data()
+    {
+        QTest::addColumn<QString>("interface");
+        QTest::addColumn<QString>("method");
+        QTest::addColumn<QString>("signal");
+        const QString strClient = "com.qel.TarvikClient";
+        QTest::newRow("top_application") << "com.qel.TarvikOsso"
+                                         << "top_application"
+                                         << "TopApplication";
+        QTest::newRow("OpenInbox") << strClient << "OpenInbox"
+                                   << "OpenInboxRequest";
+        QTest::newRow("OnMessagesReceived") << strClient << "OnMessagesReceived"
+                                            << "MessagesReceived";
+        QTest::newRow("OnMessagesSent") << strClient << "OnMessagesSent"
+                                        << "MessagesSent";
+        QTest::newRow("OnMessagesPartiallySent") << strClient << "OnMessagesPartiallySent"
+                                                 << "MessagesPartiallySent";
+        QTest::newRow("OnMessagesSendFailed") << strClient << "OnMessagesSendFailed"
+                                              << "MessagesSendFailed";
+        QTest::newRow("OnRegistrationSucceed") << strClient << "OnRegistrationSucceed"
+                                               << "RegistrationSucceed";
+        QTest::newRow("OnRegistrationFailed") << strClient << "OnRegistrationFailed"
+                                              << "RegistrationFailed";
+        QTest::newRow("OnConnectionCheckSucceed") << strClient << "OnConnectionCheckSucceed"
+                                                  << "ConnectionCheckSucceed";
+        QTest::newRow("OnConnectionCheckFailed") << strClient << "OnConnectionCheckFailed"
+                                                 << "ConnectionCheckFailed";
+    }
+
+    // Every bus call is logged under its slot's name and becomes exactly one Qt signal,
+    // the matching one, even with nobody listening.
+    void incomingCall()
+    {
+        QFETCH(QString, interface);
+        QFETCH(QString, method);
+        QFETCH(QString, signal);
+
+        DBusObject* pObject = DBusObject::instance();
+        const QMetaObject* pMeta = pObject->metaObject();
+        QList<QSignalSpy*> lstSpies;
+        QStringList lstNames;
+        for (int i = pMeta->methodOffset(); i < pMeta->methodCount(); ++i) {
+            const QMetaMethod m = pMeta->method(i);
+            if (m.methodType() != QMetaMethod::Signal)
+                continue;
+            lstSpies << new QSignalSpy(pObject, m);
+            lstNames << QString::fromLatin1(m.name());
+        }
+        QCOMPARE(lstSpies.size(), 15);
+        g_lstLog.clear();
+
+        const QDBusMessage reply =
+            call(DBusObject::serviceName(), DBusObject::objectPath(), interface, method);
+        QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
+        QCOMPARE(g_lstLog, QStringList{"Tarvik::DBusObject::" + method});
+        for (int i = 0; i < lstSpies.size(); ++i)
+            QCOMPARE(lstSpies.at(i)->count(), lstNames.at(i) == signal ? 1 : 0);
+        qDeleteAll(lstSpies);
+    }
+
+    // Only the adaptors are exported: the object's own members are not reachable.
+    void ownMembersNotExported_data()
+    {
+        QTest::addColumn<QString>("interface");
+        QTest::addColumn<QString>("method");
+        QTest::newRow("slot under the osso interface") << "com.qel.TarvikOsso"
+                                                       << "OpenInbox";
+        QTest::newRow("operation") << "com.qel.TarvikClient"
+                                   << "EmitApplicationStarted";
+        QTest::newRow("own class") << "local.Tarvik.DBusObject"
+                                   << "OpenInbox";
+    }
+
+    void ownMembersNotExported()
+    {
+        QFETCH(QString, interface);
+        QFETCH(QString, method);
+        QSignalSpy spy(DBusObject::instance(), &DBusObject::OpenInboxRequest);
+        const QDBusMessage reply =
+            call(DBusObject::serviceName(), DBusObject::objectPath(), interface, method);
+        QCOMPARE(reply.type(), QDBusMessage::ErrorMessage);
+        QCOMPARE(spy.count(), 0);
+    }
+
+    void outgoingSignal_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("ApplicationStarted") << "ApplicationStarted";
+        QTest::newRow("ApplicationClosed") << "ApplicationClosed";
+        QTest::newRow("RegistrationRequest") << "RegistrationRequest";
+        QTest::newRow("SendReceiveRequest") << "SendReceiveRequest";
+        QTest::newRow("CheckConnectionRequest") << "CheckConnectionRequest";
+    }
+
+    // Each operation logs its name and puts exactly its own signal on the bus, from the
+    // client's path with the client interface.
+    void outgoingSignal()
+    {
+        QFETCH(QString, name);
+        const QMap<QString, void (DBusObject::*)()> operations = {
+            {"ApplicationStarted", &DBusObject::EmitApplicationStarted},
+            {"ApplicationClosed", &DBusObject::EmitApplicationClosed},
+            {"RegistrationRequest", &DBusObject::EmitRegistrationRequest},
+            {"SendReceiveRequest", &DBusObject::EmitSendReceiveRequest},
+            {"CheckConnectionRequest", &DBusObject::EmitCheckConnectionRequest}};
+        m_lstBusSignals.clear();
+        g_lstLog.clear();
+
+        (DBusObject::instance()->*operations.value(name))();
+        QCOMPARE(g_lstLog, QStringList{"Tarvik::DBusObject::Emit" + name});
+        QTRY_COMPARE(m_lstBusSignals.size(), 1);
+        QTest::qWait(50);
+        QCOMPARE(m_lstBusSignals.size(), 1);
+        const QDBusMessage& msg = m_lstBusSignals.first();
+        QCOMPARE(msg.member(), name);
+        QCOMPARE(msg.path(), DBusObject::objectPath());
+        QCOMPARE(msg.interface(), QString("com.qel.TarvikClient"));
+        QCOMPARE(msg.service(), QDBusConnection::sessionBus().baseService());
+        QVERIFY(msg.arguments().isEmpty());
+    }
+
+    // With the daemon absent, the start-up call returns at once and fails later, unseen.
+    void daemonAbsentDoesNotBlock()
+    {
+        ComQelTarvikDaemonInterface daemon(DBusObject::daemonService(), DBusObject::daemonPath(),
+                                           QDBusConnection::sessionBus());
+        QElapsedTimer timer;
+        timer.start();
+        QDBusPendingReply<> reply = daemon.OnClientStarted();
+        QVERIFY(timer.elapsed() < 1000);
+        QDBusPendingCallWatcher watcher(reply);
+        QSignalSpy spy(&watcher, &QDBusPendingCallWatcher::finished);
+        QVERIFY(watcher.isFinished() || spy.wait(5000));
+        QVERIFY(reply.isError());
+    }
+
+    // The proxy reaches all six daemon methods under their names, on the daemon's path.
+    void daemonProxyMethods()
+    {
+        FakeDaemon fake;
+        QVERIFY(m_peer.registerObject(DBusObject::daemonPath(), "com.qel.TarvikDaemon", &fake,
+                                      QDBusConnection::ExportAllSlots));
+        QVERIFY(m_peer.registerService(DBusObject::daemonService()));
+
+        ComQelTarvikDaemonInterface daemon(DBusObject::daemonService(), DBusObject::daemonPath(),
+                                           QDBusConnection::sessionBus());
+        QCOMPARE(QString::fromLatin1(daemon.staticInterfaceName()),
+                 QString("com.qel.TarvikDaemon"));
+        QList<QDBusPendingCall> lstCalls{daemon.OnClientStarted(), daemon.Pause(), daemon.Resume(),
+                                         daemon.Start(), daemon.Stop()};
+        QDBusPendingReply<bool> started = daemon.IsClientStarted();
+        lstCalls << started;
+        for (QDBusPendingCall& pending : lstCalls) {
+            QDBusPendingCallWatcher watcher(pending);
+            QSignalSpy spy(&watcher, &QDBusPendingCallWatcher::finished);
+            QVERIFY(watcher.isFinished() || spy.wait(5000));
+            QVERIFY2(!watcher.isError(), qPrintable(watcher.error().message()));
+        }
+        QCOMPARE(started.value(), true);
+        QCOMPARE(fake.m_lstCalls, QStringList({"OnClientStarted", "Pause", "Resume", "Start",
+                                               "Stop", "IsClientStarted"}));
+        m_peer.unregisterService(DBusObject::daemonService());
+        m_peer.unregisterObject(DBusObject::daemonPath());
+    }
+
+public Q_SLOTS:
+    void onBusSignal(const QDBusMessage& message) { m_lstBusSignals << message; }
+
+private:
+    QList<QDBusMessage> m_lstBusSignals;
+};
+
+QTEST_GUILESS_MAIN(TestDBusObject)
+#include "tst_dbusobject.moc"
