@@ -1,0 +1,321 @@
+#include "csimstore.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QUuid>
+#include <memory>
+
+#include "cincomingscript.h"
+#include "ctarvikstorage.h"
+
+namespace Dravo {
+
+namespace {
+
+QString newGuid()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces);
+}
+
+}  // namespace
+
+CSimStore::CSimStore() : m_iConnection(0) {}
+
+QString CSimStore::databasePath()
+{
+    return CTarvikStorage::databasePath();
+}
+
+bool CSimStore::databaseExists()
+{
+    return QFile::exists(databasePath());
+}
+
+CTarvikStorage* CSimStore::open(QString* pError)
+{
+    if (!databaseExists()) {
+        if (pError) {
+            *pError = QStringLiteral("no database at %1 (the client creates it when it starts)")
+                          .arg(databasePath());
+        }
+        return nullptr;
+    }
+    CTarvikStorage::initResources();
+    auto* storage = new CTarvikStorage(QStringLiteral("tarvik_simd_%1").arg(++m_iConnection));
+    if (!storage->isOpen()) {
+        if (pError) {
+            *pError = QStringLiteral("cannot open the database %1").arg(databasePath());
+        }
+        delete storage;
+        return nullptr;
+    }
+    return storage;
+}
+
+bool CSimStore::ensureDatabase(QString* pError)
+{
+    if (!databaseExists()) {
+        CTarvikStorage::initResources();
+        // Constructing a storage copies the template into place.
+        CTarvikStorage storage(QStringLiteral("tarvik_simd_create"));
+        if (!storage.isOpen()) {
+            if (pError) {
+                *pError = QStringLiteral("cannot create the database %1").arg(databasePath());
+            }
+            return false;
+        }
+    }
+    CTSettings settings;
+    return readSettings(settings, pError);
+}
+
+bool CSimStore::readSettings(CTSettings& settings, QString* pError)
+{
+    std::unique_ptr<CTarvikStorage> storage(open(pError));
+    if (!storage) {
+        return false;
+    }
+    if (!storage->getSettings(settings)) {
+        if (pError) {
+            *pError = QStringLiteral(
+                          "cannot read the settings from %1 (damaged or not a tarvik "
+                          "database?)")
+                          .arg(databasePath());
+        }
+        return false;
+    }
+    return true;
+}
+
+bool CSimStore::setRegistered(bool registered, QString* pError)
+{
+    std::unique_ptr<CTarvikStorage> storage(open(pError));
+    if (!storage) {
+        return false;
+    }
+    CTSettings settings;
+    settings.setRegflag(registered ? 1 : 0);
+    if (!storage->saveSettings(settings, CTSettings::eMaskRegflag)) {
+        if (pError) {
+            *pError = QStringLiteral("cannot write regflag to %1").arg(databasePath());
+        }
+        return false;
+    }
+    return true;
+}
+
+bool CSimStore::registerAccount(const QString& number, const QString& screenname, QString* pError)
+{
+    std::unique_ptr<CTarvikStorage> storage(open(pError));
+    if (!storage) {
+        return false;
+    }
+    CTSettings settings;
+    settings.setMynumber(number);
+    settings.setScreenname(screenname);
+    settings.setRegflag(1);
+    if (!storage->saveSettings(settings, CTSettings::eMaskScreenname | CTSettings::eMaskMynumber |
+                                             CTSettings::eMaskRegflag)) {
+        if (pError) {
+            *pError = QStringLiteral("cannot write the account to %1").arg(databasePath());
+        }
+        return false;
+    }
+    return true;
+}
+
+CSimStore::CSendResult CSimStore::sendOutbox(CSimOptions::eSendMode mode, const QString& ownNumber)
+{
+    CSendResult result;
+    std::unique_ptr<CTarvikStorage> storage(open(&result.m_strError));
+    if (!storage) {
+        result.m_bOk = false;
+        return result;
+    }
+    QList<CTarvik> outbox;
+    if (!storage->getTarviks(CTarvikStorage::eFolderOutbox, outbox)) {
+        result.m_bOk = false;
+        result.m_strError = QStringLiteral("cannot read the outbox of %1").arg(databasePath());
+        return result;
+    }
+    for (const CTarvik& tarvik : outbox) {
+        if (tarvik.flag() != 1) {
+            continue;  // failed earlier; the client queues it again with tflag 1
+        }
+        bool fail = mode == CSimOptions::eSendFail ||
+                    (mode == CSimOptions::eSendPartial && result.m_iQueued % 2 == 1);
+        ++result.m_iQueued;
+        if (!fail) {
+            CTarvik sent = tarvik;
+            sent.setId(-1);
+            sent.setFlag(0);
+            if (sent.guid().isEmpty()) {
+                sent.setGuid(newGuid());
+            }
+            int tid = -1;
+            if (storage->saveTarvik(sent, CTarvikStorage::eFolderSent, tid)) {
+                // Copy first, then remove: a failure in between leaves a duplicate, never a loss.
+                if (!storage->removeTarvik(tarvik.id(), CTarvikStorage::eFolderOutbox)) {
+                    qWarning().noquote()
+                        << QStringLiteral(
+                               "tarvik-simd: outbox message %1 was sent but stays in "
+                               "the outbox: it could not be removed")
+                               .arg(tarvik.id());
+                }
+                ++result.m_iSent;
+                if (isAddressedTo(tarvik.to(), ownNumber)) {
+                    CTarvik received = tarvik;
+                    received.setId(-1);
+                    received.setGuid(sent.guid());
+                    received.setTo(ownNumber);
+                    received.setFlag(1);
+                    result.m_lstLoopback.append(received);
+                }
+            } else {
+                qWarning().noquote()
+                    << QStringLiteral(
+                           "tarvik-simd: outbox message %1 could not be copied to the "
+                           "sent folder; it counts as failed")
+                           .arg(tarvik.id());
+                fail = true;
+            }
+        }
+        if (fail) {
+            CTarvik failed = tarvik;
+            failed.setFlag(0);
+            int tid = -1;
+            if (!storage->saveTarvik(failed, CTarvikStorage::eFolderOutbox, tid)) {
+                qWarning().noquote()
+                    << QStringLiteral("tarvik-simd: could not mark outbox message %1 as failed")
+                           .arg(tarvik.id());
+            }
+            ++result.m_iFailed;
+        }
+    }
+    return result;
+}
+
+int CSimStore::deliver(const QList<CTarvik>& tarviks, QString* pError)
+{
+    if (tarviks.isEmpty()) {
+        return 0;
+    }
+    std::unique_ptr<CTarvikStorage> storage(open(pError));
+    if (!storage) {
+        return 0;
+    }
+    int stored = 0;
+    for (const CTarvik& tarvik : tarviks) {
+        int tid = -1;
+        if (storage->saveTarvik(tarvik, CTarvikStorage::eFolderInbox, tid)) {
+            ++stored;
+        }
+    }
+    if (stored < tarviks.size() && pError) {
+        *pError = QStringLiteral("%1 of %2 messages could not be stored in the inbox of %3")
+                      .arg(tarviks.size() - stored)
+                      .arg(tarviks.size())
+                      .arg(databasePath());
+    }
+    return stored;
+}
+
+int CSimStore::seedDemo(const QString& ownNumber, const QString& screenname, QString* pError)
+{
+    std::unique_ptr<CTarvikStorage> storage(open(pError));
+    if (!storage) {
+        return 0;
+    }
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const QList<CIncomingScript::CEntry> entries = CIncomingScript::builtInEntries();
+    int written = 0;
+    auto fillIfEmpty = [&](CTarvikStorage::eFolderName folder, const QList<CTarvik>& tarviks) {
+        QList<CTarvik> existing;
+        if (!storage->getTarviks(folder, existing, 1)) {
+            if (pError) {
+                *pError = QStringLiteral("cannot read the %1 folder of %2")
+                              .arg(CTarvikStorage::tableName(folder), databasePath());
+            }
+            return;
+        }
+        if (!existing.isEmpty()) {
+            return;
+        }
+        QList<int> tids;
+        storage->saveTarviks(tarviks, folder, tids);
+        written += tids.size();
+    };
+
+    // Inbox: two unread and three read messages from the last days.
+    const int ages[] = {12 * 60, 3 * 3600, 26 * 3600, 3 * 86400, 6 * 86400};
+    QList<CTarvik> inbox;
+    for (int i = 0; i < 5; ++i) {
+        inbox.append(CIncomingScript::makeTarvik(entries.at(i), ownNumber, now.addSecs(-ages[i]),
+                                                 i < 2 ? 1 : 0));
+    }
+    fillIfEmpty(CTarvikStorage::eFolderInbox, inbox);
+
+    // Sent: two answers, written from where the user was then.
+    auto own = [&](const CIncomingScript::CEntry& to, const QString& title, const QString& note,
+                   const CIncomingScript::CEntry& where, qint64 age, int flag) {
+        CIncomingScript::CEntry entry = where;
+        entry.m_strFrom = ownNumber;
+        entry.m_strScreenname = screenname;
+        entry.m_strTitle = title;
+        entry.m_strNote = note;
+        CTarvik tarvik = CIncomingScript::makeTarvik(entry, to.m_strFrom, now.addSecs(-age), flag);
+        return tarvik;
+    };
+    fillIfEmpty(CTarvikStorage::eFolderSent,
+                {own(entries.at(2), QStringLiteral("On my way"),
+                     QStringLiteral("Leaving the office now, see you at the tree in twenty "
+                                    "minutes."),
+                     entries.at(2), 25 * 3600, 0),
+                 own(entries.at(3), QStringLiteral("No worries"),
+                     QStringLiteral("I'm at the café on the corner, take your time."),
+                     entries.at(3), 4 * 86400, 0)});
+
+    // Outbox: one message whose sending failed, so Send/Receive has work to do.
+    fillIfEmpty(CTarvikStorage::eFolderOutbox,
+                {own(entries.at(0), QStringLiteral("Dinner on Friday?"),
+                     QStringLiteral("Table for four at eight, near the harbour. Are you in?"),
+                     entries.at(0), 40 * 60, 0)});
+    return written;
+}
+
+QString CSimStore::normalizedAddress(const QString& address)
+{
+    const QString trimmed = address.trimmed();
+    if (trimmed.contains(QLatin1Char('@'))) {
+        return trimmed.toLower();
+    }
+    QString digits;
+    for (const QChar c : trimmed) {
+        if (c.isDigit()) {
+            digits.append(c);
+        } else if (c == QLatin1Char('+') && digits.isEmpty()) {
+            digits.append(c);
+        }
+    }
+    if (digits.startsWith(QStringLiteral("00"))) {
+        digits.replace(0, 2, QStringLiteral("+"));
+    }
+    return digits;
+}
+
+bool CSimStore::isAddressedTo(const QString& to, const QString& ownNumber)
+{
+    const QString own = normalizedAddress(ownNumber);
+    if (own.isEmpty() || own == QStringLiteral("+")) {
+        return false;
+    }
+    const QStringList recipients = to.split(QLatin1Char(','), Qt::SkipEmptyParts);
+    for (const QString& recipient : recipients) {
+        if (normalizedAddress(recipient) == own) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace Dravo
