@@ -1,0 +1,27 @@
+#include "ctextedit.h"
+
+namespace Dravo {
+
+CTextEdit::CTextEdit(const QString& strText, QWidget* parent) : QTextEdit(strText, parent)
+{
+    setAutoFillBackground(false);
+}
+
+CTextEdit::CTextEdit(QWidget* parent) : QTextEdit(parent)
+{
+    setAutoFillBackground(false);
+}
+
+void CTextEdit::focusInEvent(QFocusEvent* event)
+{
+    QTextEdit::focusInEvent(event);
+    emit signalFocusGotten();
+}
+
+void CTextEdit::focusOutEvent(QFocusEvent* event)
+{
+    QTextEdit::focusOutEvent(event);
+    emit signalFocusLost();
+}
+
+}  // namespace Dravo

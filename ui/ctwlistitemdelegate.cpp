@@ -1,0 +1,109 @@
+#include "ctwlistitemdelegate.h"
+
+#include <QIcon>
+#include <QPainter>
+
+namespace Dravo {
+
+namespace {
+const QImage& highlightImage()
+{
+    static const QImage s_image(QStringLiteral(":/res_ui/img/list_item_bg.png"));
+    return s_image;
+}
+}  // namespace
+
+CTWListItemDelegate::CTWListItemDelegate(QObject* parent)
+    : QStyledItemDelegate(parent),
+      m_iLeftMargin(ICON_OFFSET),
+      m_iTopMargin(15),
+      m_iRightMargin(ICON_OFFSET),
+      m_iBottomMargin(15)
+{
+}
+
+void CTWListItemDelegate::getMargins(int& iLeft, int& iTop, int& iRight, int& iBottom) const
+{
+    iLeft = m_iLeftMargin;
+    iTop = m_iTopMargin;
+    iRight = m_iRightMargin;
+    iBottom = m_iBottomMargin;
+}
+
+void CTWListItemDelegate::setMargins(int iLeft, int iTop, int iRight, int iBottom)
+{
+    m_iLeftMargin = iLeft;
+    m_iTopMargin = iTop;
+    m_iRightMargin = iRight;
+    m_iBottomMargin = iBottom;
+}
+
+void CTWListItemDelegate::paint(QPainter* pPainter, const QStyleOptionViewItem& option,
+                                const QModelIndex& index) const
+{
+    paintBackground(pPainter, option, index);
+    if (index.isValid())
+        drawContent(pPainter, option, index);
+}
+
+void CTWListItemDelegate::paintBackground(QPainter* pPainter, const QStyleOptionViewItem& option,
+                                          const QModelIndex& index) const
+{
+    Q_ASSERT_X(index.isValid(), "ui/ctwlistitemdelegate", "index.isValid()");
+    if (!index.isValid())
+        return;
+    const QImage& highlight = highlightImage();
+    pPainter->save();
+    const bool bSelected = option.state & QStyle::State_Selected;
+    if (!bSelected)
+        pPainter->setBrush(Qt::NoBrush);
+    pPainter->setPen(Qt::white);
+    if (bSelected && !highlight.isNull())
+        pPainter->drawImage(option.rect, highlight, highlight.rect());
+
+    const QRect& r = option.rect;
+    pPainter->setPen(QPen(QColor::fromRgba(SEPARATOR_DARK), 1));
+    pPainter->drawLine(r.bottomLeft() - QPoint(0, 1), r.bottomRight() - QPoint(0, 1));
+    pPainter->setPen(QPen(QColor::fromRgba(SEPARATOR_LIGHT), 1));
+    pPainter->drawLine(r.bottomLeft(), r.bottomRight());
+    pPainter->restore();
+}
+
+void CTWListItemDelegate::drawContent(QPainter* pPainter, const QStyleOptionViewItem& option,
+                                      const QModelIndex& index) const
+{
+    const QString strText = index.data(Qt::DisplayRole).toString();
+    const QVariant decoration = index.data(Qt::DecorationRole);
+
+    pPainter->save();
+    pPainter->setPen(Qt::white);
+    int iIconWidth = 0;
+    if (decoration.canConvert<QIcon>() && decoration.userType() == QMetaType::QIcon) {
+        const QPixmap pixmap =
+            qvariant_cast<QIcon>(decoration).pixmap(QSize(1000, 1000), QIcon::Normal, QIcon::Off);
+        if (!pixmap.isNull()) {
+            iIconWidth = pixmap.width();
+            pPainter->drawPixmap(option.rect.topLeft() + QPoint(ICON_OFFSET, ICON_OFFSET), pixmap);
+        }
+    }
+
+    QRect textRect =
+        option.rect.adjusted(m_iLeftMargin, m_iTopMargin, -m_iRightMargin, -m_iBottomMargin);
+    textRect.setLeft(textRect.left() + iIconWidth + ICON_OFFSET);
+
+    QFont font = pPainter->font();
+    font.setBold(true);
+    pPainter->setFont(font);
+    pPainter->drawText(textRect, Qt::AlignVCenter | Qt::TextWordWrap, strText);
+    pPainter->restore();
+}
+
+QSize CTWListItemDelegate::sizeHint(const QStyleOptionViewItem& option,
+                                    const QModelIndex& index) const
+{
+    QSize size = QStyledItemDelegate::sizeHint(option, index);
+    size.rheight() += m_iTopMargin + m_iBottomMargin;
+    return size;
+}
+
+}  // namespace Dravo

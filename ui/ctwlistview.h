@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QListView>
+
+#include "canimation.h"
+
+namespace Dravo {
+
+// A dark list: no frame, pixel scrolling, a text for an empty list, and a busy state that
+// veils the rows, shows the busy indicator and refuses taps and keys.
+class CTWListView : public QListView
+{
+    Q_OBJECT
+public:
+    explicit CTWListView(QWidget* parent = nullptr);
+    CTWListView(const QString& strEmptyText, QWidget* parent = nullptr);
+
+    void setBusy(bool bBusy);
+    bool isBusy() const { return m_bBusy; }
+    void setEmptyText(const QString& strEmptyText);
+    const QString& emptyText() const { return m_strEmptyText; }
+    CAnimation* animation() { return &m_animation; }
+
+public slots:
+    void onAnimationFrameChanged();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+
+private:
+    void init();
+
+    bool m_bBusy;
+    CAnimation m_animation;
+    QString m_strEmptyText;
+};
+
+}  // namespace Dravo
