@@ -1,0 +1,475 @@
+// The simulator as the client meets it: a separate process on a private session bus,
+// driven by the client's signals; this test plays the client, owns "com.qel.tarvik",
+// records the calls it receives and looks into the shared database.
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QFile>
+#include <QTest>
+
+#include "cprivatebus.h"
+#include "ctarvikstorage.h"
+#include "simfixture.h"
+
+using namespace Dravo;
+
+namespace {
+
+const QString kDaemonService = QStringLiteral("com.qel.tarvikdaemon");
+const QString kDaemonPath = QStringLiteral("/com/qel/tarvikdaemon");
+const QString kDaemonInterface = QStringLiteral("com.qel.TarvikDaemon");
+const QString kClientPath = QStringLiteral("/com/qel/tarvik");
+const QString kClientInterface = QStringLiteral("com.qel.TarvikClient");
+
+}  // namespace
+
+// The client's daemon-facing methods, each recorded by name.
+class CClientRecorder : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "com.qel.TarvikClient")
+public:
+    QStringList m_lstCalls;
+
+public Q_SLOTS:
+    Q_SCRIPTABLE void OpenInbox() { m_lstCalls << QStringLiteral("OpenInbox"); }
+    Q_SCRIPTABLE void OnMessagesReceived() { m_lstCalls << QStringLiteral("OnMessagesReceived"); }
+    Q_SCRIPTABLE void OnMessagesSent() { m_lstCalls << QStringLiteral("OnMessagesSent"); }
+    Q_SCRIPTABLE void OnMessagesPartiallySent()
+    {
+        m_lstCalls << QStringLiteral("OnMessagesPartiallySent");
+    }
+    Q_SCRIPTABLE void OnMessagesSendFailed()
+    {
+        m_lstCalls << QStringLiteral("OnMessagesSendFailed");
+    }
+    Q_SCRIPTABLE void OnRegistrationSucceed()
+    {
+        m_lstCalls << QStringLiteral("OnRegistrationSucceed");
+    }
+    Q_SCRIPTABLE void OnRegistrationFailed()
+    {
+        m_lstCalls << QStringLiteral("OnRegistrationFailed");
+    }
+    Q_SCRIPTABLE void OnConnectionCheckSucceed()
+    {
+        m_lstCalls << QStringLiteral("OnConnectionCheckSucceed");
+    }
+    Q_SCRIPTABLE void OnConnectionCheckFailed()
+    {
+        m_lstCalls << QStringLiteral("OnConnectionCheckFailed");
+    }
+};
+
+class SimDaemonTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    Test::CPrivateBuses m_buses;
+    CClientRecorder m_client;
+    QScopedPointer<Test::CSimHome> m_pHome;
+    QScopedPointer<Test::CHelperProcess> m_pSim;
+
+    bool startSim(const QStringList& args);
+    void emitClientSignal(const QString& name);
+    // The database as the client has it after its first start: template, own number.
+    void createDatabase(const QString& number, int regflag);
+    static QList<CTarvik> folder(CTarvikStorage::eFolderName name);
+    static CTSettings settings();
+    // Waits until the simulator has made `count` calls, then a little more to catch
+    // calls that should not come.
+    bool waitForCalls(int count, int timeoutMs = 5000);
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void daemonInterface();
+    void registration_data();
+    void registration();
+    void sendReceive_data();
+    void sendReceive();
+    void ownNumberLoopback();
+    void openInboxAfterClientStart();
+    void controlDeliversAndOpensInbox();
+    void pauseHoldsAndStopDrops();
+    void missingDatabase();
+    void corruptDatabase();
+    void secondInstanceRefused();
+    void clientAbsent();
+};
+
+void SimDaemonTest::initTestCase()
+{
+    QVERIFY2(m_buses.start(), qPrintable(m_buses.errorString()));
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    QVERIFY(bus.isConnected());
+    QVERIFY(bus.registerObject(kClientPath, &m_client, QDBusConnection::ExportScriptableSlots));
+    QVERIFY(bus.registerService(QStringLiteral("com.qel.tarvik")));
+    QVERIFY(QFile::exists(Test::binaryPath(QStringLiteral("tarvik-simd"))));
+}
+
+void SimDaemonTest::init()
+{
+    m_pHome.reset(new Test::CSimHome);
+    m_client.m_lstCalls.clear();
+}
+
+void SimDaemonTest::cleanup()
+{
+    if (m_pSim) {
+        m_pSim->stop();
+        if (QTest::currentTestFailed()) {
+            qWarning().noquote() << "simulator log:\n" +
+                                        QString::fromLocal8Bit(
+                                            m_pSim->process().readAllStandardError());
+        }
+    }
+    m_pSim.reset();
+    m_pHome.reset();
+}
+
+bool SimDaemonTest::startSim(const QStringList& args)
+{
+    m_pSim.reset(new Test::CHelperProcess);
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("HOME"), m_pHome->path());
+    return m_pSim->start(Test::binaryPath(QStringLiteral("tarvik-simd")), args,
+                         QStringLiteral("ready"), 10000, env);
+}
+
+void SimDaemonTest::emitClientSignal(const QString& name)
+{
+    QVERIFY(QDBusConnection::sessionBus().send(
+        QDBusMessage::createSignal(kClientPath, kClientInterface, name)));
+}
+
+void SimDaemonTest::createDatabase(const QString& number, int regflag)
+{
+    CTarvikStorage::initResources();
+    CTarvikStorage storage(QStringLiteral("test_create"));
+    QVERIFY(storage.isOpen());
+    CTSettings values;
+    values.setMynumber(number);
+    values.setScreenname(QStringLiteral("Tester"));
+    values.setRegflag(regflag);
+    QVERIFY(storage.saveSettings(values, CTSettings::eMaskMynumber | CTSettings::eMaskScreenname |
+                                             CTSettings::eMaskRegflag));
+}
+
+QList<CTarvik> SimDaemonTest::folder(CTarvikStorage::eFolderName name)
+{
+    CTarvikStorage storage(QStringLiteral("test_reader"));
+    QList<CTarvik> tarviks;
+    storage.getTarviks(name, tarviks);
+    return tarviks;
+}
+
+CTSettings SimDaemonTest::settings()
+{
+    CTarvikStorage storage(QStringLiteral("test_reader"));
+    CTSettings values;
+    storage.getSettings(values);
+    return values;
+}
+
+bool SimDaemonTest::waitForCalls(int count, int timeoutMs)
+{
+    QDeadlineTimer deadline(timeoutMs);
+    while (m_client.m_lstCalls.size() < count && !deadline.hasExpired()) {
+        QTest::qWait(20);
+    }
+    QTest::qWait(300);
+    return m_client.m_lstCalls.size() >= count;
+}
+
+void SimDaemonTest::daemonInterface()
+{
+    QVERIFY(startSim({QStringLiteral("--delay=0")}));
+    QDBusInterface daemon(kDaemonService, kDaemonPath, kDaemonInterface);
+    QVERIFY(daemon.isValid());
+    for (const char* method : {"OnClientStarted", "Pause", "Resume", "Stop", "Start"}) {
+        const QDBusMessage reply = daemon.call(QLatin1String(method));
+        QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, method);
+    }
+    // OnClientStarted above counts as a start; ApplicationClosed ends it, ApplicationStarted
+    // begins it again.
+    QDBusReply<bool> started = daemon.call(QStringLiteral("IsClientStarted"));
+    QVERIFY(started.isValid());
+    QCOMPARE(started.value(), true);
+    emitClientSignal(QStringLiteral("ApplicationClosed"));
+    QTRY_COMPARE(QDBusReply<bool>(daemon.call(QStringLiteral("IsClientStarted"))).value(), false);
+    emitClientSignal(QStringLiteral("ApplicationStarted"));
+    QTRY_COMPARE(QDBusReply<bool>(daemon.call(QStringLiteral("IsClientStarted"))).value(), true);
+
+    // Connection checks are answered; no other call is made for them.
+    emitClientSignal(QStringLiteral("CheckConnectionRequest"));
+    QVERIFY(waitForCalls(1));
+    QCOMPARE(m_client.m_lstCalls, QStringList{QStringLiteral("OnConnectionCheckSucceed")});
+}
+
+void SimDaemonTest::registration_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QString>("number");
+    QTest::addColumn<int>("regflagBefore");
+    QTest::addColumn<QString>("call");
+    QTest::addColumn<int>("regflagAfter");
+
+    QTest::newRow("succeed") << "succeed"
+                             << "+3725550100" << 0 << "OnRegistrationSucceed" << 1;
+    QTest::newRow("fail") << "fail"
+                          << "+3725550100" << 0 << "OnRegistrationFailed" << 0;
+    QTest::newRow("fail clears an old flag") << "fail"
+                                             << "+3725550100" << 1 << "OnRegistrationFailed" << 0;
+    QTest::newRow("no own number") << "succeed"
+                                   << "" << 0 << "OnRegistrationFailed" << 0;
+    QTest::newRow("silent") << "silent"
+                            << "+3725550100" << 0 << "" << 0;
+}
+
+void SimDaemonTest::registration()
+{
+    QFETCH(QString, mode);
+    QFETCH(QString, number);
+    QFETCH(int, regflagBefore);
+    QFETCH(QString, call);
+    createDatabase(number, regflagBefore);
+    QVERIFY(startSim({QStringLiteral("--delay=0"), QStringLiteral("--register=") + mode}));
+    emitClientSignal(QStringLiteral("RegistrationRequest"));
+    if (call.isEmpty()) {
+        QVERIFY(!waitForCalls(1, 1500));
+    } else {
+        QVERIFY(waitForCalls(1));
+        QCOMPARE(m_client.m_lstCalls, QStringList{call});
+    }
+    const CTSettings after = settings();
+    QTEST(after.regflag(), "regflagAfter");
+    // The rest of what the client saved stays.
+    QCOMPARE(after.mynumber(), number);
+    QCOMPARE(after.screenname(), QStringLiteral("Tester"));
+}
+
+void SimDaemonTest::sendReceive_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<int>("sent");
+    QTest::addColumn<int>("failed");
+
+    // Two queued messages; one scripted incoming message on every request.
+    QTest::newRow("all") << "all" << QStringList{"OnMessagesSent", "OnMessagesReceived"} << 2 << 0;
+    QTest::newRow("partial") << "partial"
+                             << QStringList{"OnMessagesPartiallySent", "OnMessagesReceived"} << 1
+                             << 1;
+    QTest::newRow("fail") << "fail" << QStringList{"OnMessagesSendFailed", "OnMessagesReceived"}
+                          << 0 << 2;
+    QTest::newRow("silent") << "silent" << QStringList() << 0 << 0;
+}
+
+void SimDaemonTest::sendReceive()
+{
+    QFETCH(QString, mode);
+    QFETCH(QStringList, calls);
+    QFETCH(int, sent);
+    QFETCH(int, failed);
+    createDatabase(QStringLiteral("+3725550100"), 1);
+    {
+        CTarvikStorage storage(QStringLiteral("test_writer"));
+        QList<int> tids;
+        QVERIFY(storage.saveTarviks({Test::queuedTarvik("first", "+3725550001", 5),
+                                     Test::queuedTarvik("second", "+3725550002", 50)},
+                                    CTarvikStorage::eFolderOutbox, tids));
+    }
+    QVERIFY(startSim({QStringLiteral("--delay=0"), QStringLiteral("--send=") + mode,
+                      QStringLiteral("--incoming=1")}));
+    emitClientSignal(QStringLiteral("SendReceiveRequest"));
+    if (calls.isEmpty()) {
+        QVERIFY(!waitForCalls(1, 1500));
+    } else {
+        QVERIFY(waitForCalls(calls.size()));
+    }
+    QCOMPARE(m_client.m_lstCalls, calls);
+
+    QCOMPARE(folder(CTarvikStorage::eFolderSent).size(), sent);
+    const QList<CTarvik> outbox = folder(CTarvikStorage::eFolderOutbox);
+    QCOMPARE(outbox.size(), 2 - sent);
+    int stillQueued = 0;
+    for (const CTarvik& tarvik : outbox) {
+        stillQueued += tarvik.flag();
+    }
+    QCOMPARE(stillQueued, 2 - sent - failed);  // only silence leaves tflag 1
+    const QList<CTarvik> inbox = folder(CTarvikStorage::eFolderInbox);
+    QCOMPARE(inbox.size(), calls.contains(QStringLiteral("OnMessagesReceived")) ? 1 : 0);
+    for (const CTarvik& tarvik : inbox) {
+        QCOMPARE(tarvik.flag(), 1);
+        QCOMPARE(tarvik.to(), QStringLiteral("+3725550100"));
+        QVERIFY(!tarvik.title().isEmpty() && !tarvik.screenname().isEmpty());
+        QVERIFY(tarvik.latitude() != 0.0 || tarvik.longitude() != 0.0);
+    }
+}
+
+void SimDaemonTest::ownNumberLoopback()
+{
+    createDatabase(QStringLiteral("+3725550100"), 1);
+    {
+        CTarvikStorage storage(QStringLiteral("test_writer"));
+        int tid = -1;
+        QVERIFY(storage.saveTarvik(Test::queuedTarvik("note to self", "+372 555 0100", 5),
+                                   CTarvikStorage::eFolderOutbox, tid));
+    }
+    QVERIFY(startSim({QStringLiteral("--delay=0"), QStringLiteral("--incoming=0")}));
+    emitClientSignal(QStringLiteral("SendReceiveRequest"));
+    QVERIFY(waitForCalls(2));
+    QCOMPARE(m_client.m_lstCalls,
+             (QStringList{QStringLiteral("OnMessagesSent"), QStringLiteral("OnMessagesReceived")}));
+    const QList<CTarvik> inbox = folder(CTarvikStorage::eFolderInbox);
+    QCOMPARE(inbox.size(), 1);
+    QCOMPARE(inbox.first().title(), QStringLiteral("note to self"));
+    QCOMPARE(inbox.first().flag(), 1);
+    QCOMPARE(folder(CTarvikStorage::eFolderSent).size(), 1);
+
+    // Nothing queued and nothing incoming: no call at all.
+    m_client.m_lstCalls.clear();
+    emitClientSignal(QStringLiteral("SendReceiveRequest"));
+    QVERIFY(!waitForCalls(1, 1000));
+}
+
+void SimDaemonTest::openInboxAfterClientStart()
+{
+    createDatabase(QStringLiteral("+3725550100"), 1);
+    QVERIFY(startSim({QStringLiteral("--delay=0"), QStringLiteral("--open-inbox-after=100")}));
+    QTest::qWait(400);
+    QVERIFY(m_client.m_lstCalls.isEmpty());  // nothing before the client says it started
+    emitClientSignal(QStringLiteral("ApplicationStarted"));
+    QVERIFY(waitForCalls(1));
+    QCOMPARE(m_client.m_lstCalls, QStringList{QStringLiteral("OpenInbox")});
+}
+
+void SimDaemonTest::controlDeliversAndOpensInbox()
+{
+    createDatabase(QStringLiteral("+3725550100"), 1);
+    QVERIFY(startSim({QStringLiteral("--delay=0"), QStringLiteral("--open-inbox-on-receive")}));
+    QDBusInterface control(kDaemonService, QStringLiteral("/com/qel/tarviksim"),
+                           QStringLiteral("com.qel.TarvikSimControl"));
+    QDBusReply<int> delivered = control.call(QStringLiteral("DeliverNow"), 3);
+    QVERIFY2(delivered.isValid(), qPrintable(delivered.error().message()));
+    QCOMPARE(delivered.value(), 3);
+    QVERIFY(waitForCalls(2));
+    QCOMPARE(m_client.m_lstCalls,
+             (QStringList{QStringLiteral("OnMessagesReceived"), QStringLiteral("OpenInbox")}));
+    const QList<CTarvik> inbox = folder(CTarvikStorage::eFolderInbox);
+    QCOMPARE(inbox.size(), 3);
+    QSet<QString> senders;
+    for (const CTarvik& tarvik : inbox) {
+        senders.insert(tarvik.from());
+    }
+    QCOMPARE(senders.size(), 3);
+}
+
+void SimDaemonTest::pauseHoldsAndStopDrops()
+{
+    createDatabase(QStringLiteral("+3725550100"), 0);
+    QVERIFY(startSim({QStringLiteral("--delay=0")}));
+    QDBusInterface daemon(kDaemonService, kDaemonPath, kDaemonInterface);
+    QVERIFY(daemon.call(QStringLiteral("Pause")).type() == QDBusMessage::ReplyMessage);
+    emitClientSignal(QStringLiteral("RegistrationRequest"));
+    QVERIFY(!waitForCalls(1, 800));
+    QCOMPARE(settings().regflag(), 0);
+    QVERIFY(daemon.call(QStringLiteral("Resume")).type() == QDBusMessage::ReplyMessage);
+    QVERIFY(waitForCalls(1));
+    QCOMPARE(m_client.m_lstCalls, QStringList{QStringLiteral("OnRegistrationSucceed")});
+
+    m_client.m_lstCalls.clear();
+    QVERIFY(daemon.call(QStringLiteral("Stop")).type() == QDBusMessage::ReplyMessage);
+    emitClientSignal(QStringLiteral("CheckConnectionRequest"));
+    QVERIFY(!waitForCalls(1, 800));
+    QVERIFY(daemon.call(QStringLiteral("Start")).type() == QDBusMessage::ReplyMessage);
+    QVERIFY(!waitForCalls(1, 300));  // dropped, not held
+    emitClientSignal(QStringLiteral("CheckConnectionRequest"));
+    QVERIFY(waitForCalls(1));
+}
+
+void SimDaemonTest::missingDatabase()
+{
+    QVERIFY(startSim({QStringLiteral("--delay=0")}));
+    emitClientSignal(QStringLiteral("SendReceiveRequest"));
+    emitClientSignal(QStringLiteral("RegistrationRequest"));
+    QVERIFY(waitForCalls(2));
+    QCOMPARE(m_client.m_lstCalls, (QStringList{QStringLiteral("OnMessagesSendFailed"),
+                                               QStringLiteral("OnRegistrationFailed")}));
+    QVERIFY(m_pSim->isRunning());
+    QVERIFY(!QFile::exists(m_pHome->dbPath()));
+    const QString log = QString::fromLocal8Bit(m_pSim->process().readAllStandardError());
+    QVERIFY2(log.contains(QStringLiteral("no database at ") + m_pHome->dbPath()), qPrintable(log));
+}
+
+void SimDaemonTest::corruptDatabase()
+{
+    QVERIFY(QDir().mkpath(m_pHome->path() + QStringLiteral("/.tarvik")));
+    const QByteArray garbage = QByteArray("SQLite format 3").append(2000, '\x7f');
+    {
+        QFile file(m_pHome->dbPath());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(garbage);
+    }
+    QVERIFY(startSim({QStringLiteral("--delay=0"), QStringLiteral("--seed-demo")}));
+    emitClientSignal(QStringLiteral("RegistrationRequest"));
+    emitClientSignal(QStringLiteral("SendReceiveRequest"));
+    QVERIFY(waitForCalls(2));
+    QCOMPARE(m_client.m_lstCalls, (QStringList{QStringLiteral("OnRegistrationFailed"),
+                                               QStringLiteral("OnMessagesSendFailed")}));
+    QVERIFY(m_pSim->isRunning());
+    QFile file(m_pHome->dbPath());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), garbage);
+}
+
+void SimDaemonTest::secondInstanceRefused()
+{
+    QVERIFY(startSim({QStringLiteral("--delay=0")}));
+    QProcess second;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("HOME"), m_pHome->path());
+    second.setProcessEnvironment(env);
+    second.start(Test::binaryPath(QStringLiteral("tarvik-simd")), {});
+    QVERIFY(second.waitForFinished(10000));
+    QCOMPARE(second.exitCode(), 2);
+    QVERIFY(!second.readAllStandardOutput().contains("ready"));
+    QVERIFY(second.readAllStandardError().contains("already owned"));
+    QVERIFY(m_pSim->isRunning());
+}
+
+void SimDaemonTest::clientAbsent()
+{
+    // A bus without the client: the calls fail, the simulator logs it and carries on.
+    Test::CPrivateBus lonely(Test::CPrivateBus::eSession);
+    QVERIFY2(lonely.start(), qPrintable(lonely.errorString()));
+    createDatabase(QStringLiteral("+3725550100"), 0);
+    m_pSim.reset(new Test::CHelperProcess);
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("HOME"), m_pHome->path());
+    env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), lonely.address());
+    QVERIFY(m_pSim->start(Test::binaryPath(QStringLiteral("tarvik-simd")),
+                          {QStringLiteral("--delay=0")}, QStringLiteral("ready"), 10000, env));
+    QDBusConnection other =
+        QDBusConnection::connectToBus(lonely.address(), QStringLiteral("lonely"));
+    QVERIFY(other.isConnected());
+    QVERIFY(other.send(QDBusMessage::createSignal(kClientPath, kClientInterface,
+                                                  QStringLiteral("RegistrationRequest"))));
+    QByteArray log;
+    QTRY_VERIFY_WITH_TIMEOUT(
+        (log += m_pSim->process().readAllStandardError()).contains("did not reach the client"),
+        8000);
+    QVERIFY(m_pSim->isRunning());
+    QCOMPARE(settings().regflag(), 1);  // the registration itself went through
+    QDBusConnection::disconnectFromBus(QStringLiteral("lonely"));
+    m_pSim->stop();
+    lonely.stop();
+}
+
+QTEST_GUILESS_MAIN(SimDaemonTest)
+#include "tst_simdaemon.moc"
