@@ -8,8 +8,11 @@
 #include <QDBusError>
 #include <QTextStream>
 
+#include "cfakemce.h"
 #include "cfakemodemmanager.h"
+#include "cfakenetworkmanager.h"
 #include "cfakesim.h"
+#include "cnmeastreamer.h"
 
 using namespace Dravo::Test;
 
@@ -18,7 +21,8 @@ int main(int argc, char* argv[])
     QCoreApplication app(argc, argv);
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Fake platform services for tarvik tests: SIM, ModemManager."));
+        QStringLiteral("Fake platform services for tarvik tests: SIM, ModemManager, MCE, "
+                       "NetworkManager, an NMEA stream."));
     parser.addHelpOption();
     parser.addOption({QStringLiteral("session"), QStringLiteral("Use the session bus.")});
     parser.addOption({QStringLiteral("sim"),
@@ -27,13 +31,33 @@ int main(int argc, char* argv[])
     parser.addOption({QStringLiteral("modem"),
                       QStringLiteral("Run ModemManager with one modem per --modem <imei>."),
                       QStringLiteral("imei")});
+    parser.addOption({QStringLiteral("mce"),
+                      QStringLiteral("Run com.nokia.mce answering get_device_mode with <mode>."),
+                      QStringLiteral("mode")});
+    parser.addOption({QStringLiteral("nm"),
+                      QStringLiteral("Run NetworkManager in <state>: online, site, local, offline, "
+                                     "asleep or a number 10..70."),
+                      QStringLiteral("state")});
+    parser.addOption({QStringLiteral("nm-radios-off"),
+                      QStringLiteral("Start NetworkManager with WirelessEnabled and WwanEnabled "
+                                     "false (flight mode).")});
+    parser.addOption({QStringLiteral("nmea-stream"),
+                      QStringLiteral("Stream <file> once a second on a loopback port, stamped "
+                                     "with the current time; prints socket://127.0.0.1:PORT."),
+                      QStringLiteral("file")});
+    parser.addOption({QStringLiteral("nmea-port"),
+                      QStringLiteral("Port for --nmea-stream (default: any free port)."),
+                      QStringLiteral("port")});
     parser.process(app);
 
     QDBusConnection bus = parser.isSet(QStringLiteral("session")) ? QDBusConnection::sessionBus()
-                                                                   : QDBusConnection::systemBus();
+                                                                  : QDBusConnection::systemBus();
     QTextStream out(stdout);
     QTextStream err(stderr);
-    if (!bus.isConnected()) {
+    const bool needsBus = parser.isSet(QStringLiteral("sim")) ||
+                          parser.isSet(QStringLiteral("modem")) ||
+                          parser.isSet(QStringLiteral("mce")) || parser.isSet(QStringLiteral("nm"));
+    if (needsBus && !bus.isConnected()) {
         err << "tarvik-fakes: no bus: " << bus.lastError().message() << Qt::endl;
         return 1;
     }
@@ -45,6 +69,36 @@ int main(int argc, char* argv[])
     if (parser.isSet(QStringLiteral("modem"))) {
         auto* mm = new CFakeModemManager(parser.values(QStringLiteral("modem")), &app);
         ok = mm->registerOn(bus) && ok;
+    }
+    if (parser.isSet(QStringLiteral("mce"))) {
+        auto* mce = new CFakeMce(parser.value(QStringLiteral("mce")), &app);
+        ok = mce->registerOn(bus) && ok;
+    }
+    if (parser.isSet(QStringLiteral("nm"))) {
+        const uint state = CFakeNetworkManager::stateFromString(parser.value(QStringLiteral("nm")));
+        if (state == 0) {
+            err << "tarvik-fakes: unknown NetworkManager state "
+                << parser.value(QStringLiteral("nm")) << Qt::endl;
+            return 1;
+        }
+        auto* nm = new CFakeNetworkManager(state, &app);
+        if (parser.isSet(QStringLiteral("nm-radios-off"))) {
+            nm->setWirelessEnabled(false);
+            nm->setWwanEnabled(false);
+        }
+        ok = nm->registerOn(bus) && ok;
+    }
+    if (parser.isSet(QStringLiteral("nmea-stream"))) {
+        auto* streamer = new CNmeaStreamer(&app);
+        if (!streamer->loadFile(parser.value(QStringLiteral("nmea-stream"))) ||
+            !streamer->listen(
+                static_cast<quint16>(parser.value(QStringLiteral("nmea-port")).toUInt()))) {
+            err << "tarvik-fakes: cannot stream " << parser.value(QStringLiteral("nmea-stream"))
+                << Qt::endl;
+            return 1;
+        }
+        streamer->start(1000);
+        out << streamer->sourceUrl() << Qt::endl;
     }
     if (!ok) {
         err << "tarvik-fakes: could not register: " << bus.lastError().message() << Qt::endl;

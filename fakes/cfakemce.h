@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QDBusAbstractAdaptor>
+#include <QObject>
+#include <QStringList>
+
+class QDBusConnection;
+
+namespace Dravo {
+namespace Test {
+
+// The handset's mode control: "com.nokia.mce", object "/com/nokia/mce/request",
+// interface "com.nokia.mce.request". get_device_mode answers the current mode;
+// req_device_mode_change switches to the requested mode and records it. Tests set
+// the mode in-process with setMode() or over the bus with the control interface
+// "org.tarvik.Fake.Control" (SetMode(s), RequestedModes() -> as) on the same object.
+class CFakeMce : public QObject
+{
+    Q_OBJECT
+public:
+    explicit CFakeMce(const QString& mode, QObject* parent = nullptr);
+    bool registerOn(QDBusConnection& connection);
+
+    QString mode() const { return m_strMode; }
+    void setMode(const QString& mode) { m_strMode = mode; }
+    QStringList requestedModes() const { return m_lstRequested; }
+    int modeQueries() const { return m_iQueries; }
+
+private:
+    friend class CFakeMceAdaptor;
+    friend class CFakeMceControlAdaptor;
+    QString m_strMode;
+    QStringList m_lstRequested;
+    int m_iQueries = 0;
+};
+
+class CFakeMceAdaptor : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "com.nokia.mce.request")
+public:
+    explicit CFakeMceAdaptor(CFakeMce* parent);
+
+public Q_SLOTS:
+    QString get_device_mode();
+    QString get_devicelock_mode();
+    QString get_tklock_mode();
+    QString get_version();
+    void req_device_mode_change(const QString& mode);
+    void req_tklock_mode_change(const QString& mode);
+    void req_display_blanking_pause();
+    void req_display_state_on();
+    void req_powerup();
+    void req_reboot();
+    void req_shutdown();
+    void set_alarm_mode(const QString& mode);
+    bool validate_devicelock_code(const QString& code, const QString& salt);
+
+private:
+    CFakeMce* m_pMce;
+};
+
+class CFakeMceControlAdaptor : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.tarvik.Fake.Control")
+public:
+    explicit CFakeMceControlAdaptor(CFakeMce* parent);
+
+public Q_SLOTS:
+    void SetMode(const QString& mode);
+    QStringList RequestedModes();
+
+private:
+    CFakeMce* m_pMce;
+};
+
+}  // namespace Test
+}  // namespace Dravo
