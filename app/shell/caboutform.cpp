@@ -1,0 +1,106 @@
+#include "caboutform.h"
+
+#include <QBoxLayout>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "ctexts.h"
+#include "ctwlabel.h"
+#include "ctwtoolbar.h"
+
+#ifndef TARVIK_CONTACT_EMAIL
+#define TARVIK_CONTACT_EMAIL "support@tarvik.example.org"
+#endif
+
+namespace Dravo {
+
+namespace {
+CTWLabel* makeTextLabel(const QString& strText, QWidget* pParent)
+{
+    auto* pLabel = new CTWLabel(strText, pParent);
+    pLabel->setWordWrap(true);
+    pLabel->setTextFormat(Qt::PlainText);
+    pLabel->setAlignment(Qt::AlignCenter);
+    pLabel->setStyleSheet(QStringLiteral("color: white;"));
+    return pLabel;
+}
+}  // namespace
+
+CAboutForm::CAboutForm(const QString& strVersion, QWidget* parent)
+    : CForm(parent), m_pBtnBack(nullptr), m_pLabelVersion(nullptr), m_pLabelContact(nullptr)
+{
+    qDebug("CAboutForm::CAboutForm started");
+    QBoxLayout* pFormLayout = qobject_cast<QBoxLayout*>(layout());
+    if (!pFormLayout)
+        return;
+
+    auto* pPanel = new QWidget(this);
+    auto* pLogo = new CTWLabel(pPanel);
+    pLogo->setPixmap(QPixmap(QStringLiteral(":/res/img/tarvik_logo_large.png")));
+    pLogo->setAlignment(Qt::AlignCenter);
+    m_pLabelVersion = makeTextLabel(versionLine(strVersion), pPanel);
+    m_pLabelContact = makeTextLabel(CTexts::emailPrefix() + contactEmail(), pPanel);
+    CTWLabel* pTagline = makeTextLabel(CTexts::tagline(), pPanel);
+
+    auto* pPanelLayout = new QVBoxLayout(pPanel);
+    pPanelLayout->setSpacing(10);
+    pPanelLayout->setContentsMargins(10, 10, 10, 10);
+    pPanelLayout->addStretch();
+    pPanelLayout->addWidget(pLogo, 0, Qt::AlignTop);
+    pPanelLayout->addStretch();
+    pPanelLayout->addWidget(m_pLabelVersion, 0, Qt::AlignTop);
+    pPanelLayout->addWidget(m_pLabelContact, 0, Qt::AlignTop);
+    pPanelLayout->addStretch();
+    pPanelLayout->addWidget(pTagline, 0, Qt::AlignBottom);
+
+    auto* pToolBar = new CTWToolBar(QBoxLayout::TopToBottom, this);
+    pToolBar->setSkin(CSkin(QStringLiteral(":/res_ui/img/toolbar.png")));
+    pToolBar->boxLayout()->setSpacing(10);
+    pToolBar->boxLayout()->setContentsMargins(10, 10, 10, 10);
+    pToolBar->boxLayout()->addStretch();
+    m_pBtnBack = new CTWPushButton(CTexts::back(), pToolBar);
+    pToolBar->boxLayout()->addWidget(m_pBtnBack, 0, Qt::AlignBottom);
+    connect(m_pBtnBack, &CTWPushButton::clicked, this, &CAboutForm::onBtnBackClick);
+
+    auto* pRow = new QHBoxLayout();
+    pRow->setSpacing(0);
+    pRow->setContentsMargins(0, 0, 0, 0);
+    pRow->addWidget(pPanel, 1);
+    pRow->addWidget(pToolBar, 0);
+    pFormLayout->addLayout(pRow, 1);
+}
+
+QString CAboutForm::title() const
+{
+    return CTexts::aboutTarvik();
+}
+
+QString CAboutForm::contactEmail()
+{
+    return QStringLiteral(TARVIK_CONTACT_EMAIL);
+}
+
+QString CAboutForm::versionLine(const QString& strVersion)
+{
+    return CTexts::versionPrefix() + strVersion + CTexts::versionSuffix();
+}
+
+QString CAboutForm::versionText() const
+{
+    return m_pLabelVersion ? m_pLabelVersion->text() : QString();
+}
+
+QString CAboutForm::contactText() const
+{
+    return m_pLabelContact ? m_pLabelContact->text() : QString();
+}
+
+void CAboutForm::onBtnBackClick()
+{
+    if (buttonsLocked())
+        return;
+    lockButtons();
+    Q_EMIT closeForm(true, this);
+}
+
+}  // namespace Dravo

@@ -1,0 +1,39 @@
+#include "cmainwindow.h"
+
+#include <QHBoxLayout>
+
+#include "cmainformstack.h"
+
+namespace Dravo {
+
+CMainWindow::CMainWindow(QWidget* parent)
+    : QMainWindow(parent), m_pCentralWidget(nullptr), m_pFormStack(nullptr)
+{
+    QPalette pal = palette();
+    pal.setColor(QPalette::Window, Qt::black);
+    setPalette(pal);
+
+    m_pCentralWidget = new QWidget(this);
+    auto* pLayout = new QHBoxLayout(m_pCentralWidget);
+    pLayout->setSpacing(0);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    setCentralWidget(m_pCentralWidget);
+
+    m_pFormStack = new CMainFormStack(this);
+    pLayout->addWidget(m_pFormStack);
+
+    connect(m_pFormStack, &CMainFormStack::onTitleUpdate, this, &CMainWindow::updateTitle);
+    connect(m_pFormStack, &CMainFormStack::signalShowMainWindow, this, &CMainWindow::show);
+
+    setGeometry(0, 0, 800, 450);
+    updateTitle();
+}
+
+void CMainWindow::updateTitle()
+{
+    const QString strTitle = m_pFormStack ? m_pFormStack->currentTitle() : QString();
+    if (!strTitle.isEmpty())
+        setWindowTitle(strTitle);
+}
+
+}  // namespace Dravo

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QMainWindow>
+
+namespace Dravo {
+
+class CMainFormStack;
+
+// The one top-level window: 800 x 450, black, holding the main form stack. It is shown
+// when the stack says so, and takes its title from the stack's current form.
+class CMainWindow : public QMainWindow
+{
+    Q_OBJECT
+public:
+    explicit CMainWindow(QWidget* parent = nullptr);
+
+    CMainFormStack* formStack() const { return m_pFormStack; }
+
+public Q_SLOTS:
+    void updateTitle();
+
+private:
+    QWidget* m_pCentralWidget;
+    CMainFormStack* m_pFormStack;
+};
+
+}  // namespace Dravo

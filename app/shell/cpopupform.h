@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QBoxLayout>
+
+#include "cform.h"
+#include "cskin.h"
+
+namespace Dravo {
+
+// A form drawn over the form beneath it: a transparent form holding, centred, one skinned
+// popup panel of type TPopup (CTWPopup for every popup of the application).
+template <class TPopup>
+class CPopupForm : public CForm
+{
+public:
+    static const int MIN_WIDTH = 350;
+    static const int MIN_HEIGHT = 150;
+    static const int MAX_WIDTH = 450;
+    static const int MAX_HEIGHT = 250;
+
+    explicit CPopupForm(QWidget* parent = nullptr) : CForm(parent), m_pPopup(new TPopup(this))
+    {
+        setAutoFillBackground(false);
+        m_pPopup->setSkin(CSkin(QStringLiteral(":/res_ui/img/popup_bg.png")));
+        m_pPopup->setMinimumSize(MIN_WIDTH, MIN_HEIGHT);
+        m_pPopup->setMaximumSize(MAX_WIDTH, MAX_HEIGHT);
+        if (QBoxLayout* pLayout = qobject_cast<QBoxLayout*>(layout())) {
+            pLayout->addStretch(1);
+            pLayout->addWidget(m_pPopup, 0, Qt::AlignCenter);
+            pLayout->addStretch(1);
+        }
+    }
+
+    bool showsFormBelow() const override { return true; }
+    QString title() const override { return QString(); }
+
+    TPopup* popup() const { return m_pPopup; }
+
+protected:
+    TPopup* m_pPopup;
+};
+
+}  // namespace Dravo
