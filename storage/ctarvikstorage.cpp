@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QLocale>
 #include <QMutexLocker>
+#include <QRegularExpression>
 #include <QResource>
 #include <QSqlDatabase>
 #include <QSqlDriver>
@@ -59,6 +60,52 @@ const char* const kUpdate =
 QString sql(const char* text, const QString& table)
 {
     return QString::fromLatin1(text).arg(table);
+}
+
+// Binds a message to the 21 parameters of the insert statement and runs it on the
+// native handle. Qt's own binding builds a placeholder name per value, which costs
+// more than SQLite's insert; a batch of new messages therefore goes this way.
+bool insertNative(sqlite3* db, sqlite3_stmt* stmt, const CTarvik& t, int& tid, QString& error)
+{
+    auto text = [stmt](int index, const QString& value) {
+        if (value.isNull()) {
+            sqlite3_bind_null(stmt, index);
+        } else {
+            sqlite3_bind_text16(stmt, index, value.utf16(), int(value.size() * sizeof(char16_t)),
+                                SQLITE_TRANSIENT);
+        }
+    };
+    const QDateTime dateTime = t.dateTime();
+    text(1, t.guid());
+    text(2, t.from());
+    text(3, t.to());
+    sqlite3_bind_int64(stmt, 4, dateTime.isValid() ? uint(dateTime.toSecsSinceEpoch()) : 0u);
+    sqlite3_bind_int(stmt, 5, t.tz());
+    text(6, t.title());
+    text(7, t.note());
+    sqlite3_bind_double(stmt, 8, t.latitude());
+    sqlite3_bind_double(stmt, 9, t.longitude());
+    text(10, t.screenname());
+    text(11, t.address());
+    text(12, t.type());
+    text(13, t.typedesc());
+    text(14, t.image());
+    sqlite3_bind_int(stmt, 15, t.priority());
+    text(16, t.color());
+    text(17, t.reg());
+    sqlite3_bind_int(stmt, 18, t.country());
+    text(19, t.carrier());
+    text(20, t.version());
+    sqlite3_bind_int(stmt, 21, t.flag());
+    const int rc = sqlite3_step(stmt);
+    sqlite3_reset(stmt);
+    sqlite3_clear_bindings(stmt);
+    if (rc != SQLITE_DONE) {
+        error = QString::fromUtf8(sqlite3_errmsg(db));
+        return false;
+    }
+    tid = int(sqlite3_last_insert_rowid(db));
+    return true;
 }
 
 QString driverText(const QSqlQuery& query)
@@ -533,10 +580,11 @@ bool CTarvikStorage::saveTarvikLocked(const CTarvik& tarvik, eFolderName folder,
 {
     tid = -1;
     const QString table = tableName(folder);
-    QSqlQuery query(*m_pDatabase);
-    const bool insert = tarvik.id() == -1;
-    if (insert) {
-        query.prepare(sql(kInsert, table));
+    const bool inserting = tarvik.id() == -1;
+    QSqlQuery own(*m_pDatabase);
+    QSqlQuery* query = &own;
+    if (inserting) {
+        own.prepare(sql(kInsert, table));
     } else {
         QSqlQuery select(*m_pDatabase);
         select.setForwardOnly(true);
@@ -558,43 +606,36 @@ bool CTarvikStorage::saveTarvikLocked(const CTarvik& tarvik, eFolderName folder,
             return false;
         }
         select.finish();
-        query.prepare(sql(kUpdate, table));
-        query.bindValue(QStringLiteral(":tid"), tarvik.id());
+        own.prepare(sql(kUpdate, table));
     }
-    query.bindValue(QStringLiteral(":tguid"), tarvik.guid());
-    query.bindValue(QStringLiteral(":tfrom"), tarvik.from());
-    query.bindValue(QStringLiteral(":tto"), tarvik.to());
-    query.bindValue(
-        QStringLiteral(":tutcdatetime"),
-        static_cast<uint>(tarvik.dateTime().isValid() ? tarvik.dateTime().toSecsSinceEpoch() : 0));
-    query.bindValue(QStringLiteral(":ttz"), tarvik.tz());
-    query.bindValue(QStringLiteral(":ttitle"), tarvik.title());
-    query.bindValue(QStringLiteral(":tnote"), tarvik.note());
-    query.bindValue(QStringLiteral(":tlatitude"), tarvik.latitude());
-    query.bindValue(QStringLiteral(":tlongitude"), tarvik.longitude());
-    query.bindValue(QStringLiteral(":tscreenname"), tarvik.screenname());
-    query.bindValue(QStringLiteral(":taddress"), tarvik.address());
-    query.bindValue(QStringLiteral(":ttype"), tarvik.type());
-    query.bindValue(QStringLiteral(":ttypedesc"), tarvik.typedesc());
-    query.bindValue(QStringLiteral(":timage"), tarvik.image());
-    query.bindValue(QStringLiteral(":tpriority"), tarvik.priority());
-    query.bindValue(QStringLiteral(":tcolor"), tarvik.color());
-    query.bindValue(QStringLiteral(":treg"), tarvik.reg());
-    query.bindValue(QStringLiteral(":tcountry"), tarvik.country());
-    query.bindValue(QStringLiteral(":tcarrier"), tarvik.carrier());
-    query.bindValue(QStringLiteral(":tversion"), tarvik.version());
-    query.bindValue(QStringLiteral(":tflag"), tarvik.flag());
-    if (!query.exec()) {
+    // Placeholders in statement order: :tguid .. :tflag, then :tid for an update.
+    const QDateTime dateTime = tarvik.dateTime();
+    const uint seconds = dateTime.isValid() ? uint(dateTime.toSecsSinceEpoch()) : 0u;
+    const QVariant values[] = {
+        tarvik.guid(),      tarvik.from(),       tarvik.to(),       seconds,
+        tarvik.tz(),        tarvik.title(),      tarvik.note(),     tarvik.latitude(),
+        tarvik.longitude(), tarvik.screenname(), tarvik.address(),  tarvik.type(),
+        tarvik.typedesc(),  tarvik.image(),      tarvik.priority(), tarvik.color(),
+        tarvik.reg(),       tarvik.country(),    tarvik.carrier(),  tarvik.version(),
+        tarvik.flag()};
+    int position = 0;
+    for (const QVariant& value : values) {
+        query->bindValue(position++, value);
+    }
+    if (!inserting) {
+        query->bindValue(position, tarvik.id());
+    }
+    if (!query->exec()) {
         qWarning().noquote() << "CTarvikStorage::saveTarvik failed to exec query: " +
-                                    driverText(query);
+                                    driverText(*query);
         return false;
     }
-    if (!insert) {
+    if (!inserting) {
         tid = tarvik.id();
         return true;
     }
     bool ok = false;
-    const int newId = query.lastInsertId().toInt(&ok);
+    const int newId = query->lastInsertId().toInt(&ok);
     if (!ok) {
         qWarning() << "CTarvikStorage::saveTarvik failed to get last inserted id";
         return false;
@@ -629,9 +670,26 @@ bool CTarvikStorage::saveTarviks(const QList<CTarvik>& tarviks, eFolderName fold
     bool transactionLost = false;
     QList<int> saved;
     if (batched) {
+        sqlite3_stmt* insert = nullptr;
+        const QByteArray insertSql = sql(kInsert, tableName(folder)).toUtf8();
+        if (sqlite3_prepare_v2(handle, insertSql.constData(), -1, &insert, nullptr) != SQLITE_OK) {
+            insert = nullptr;
+        }
         for (int i = 0; i < tarviks.size(); ++i) {
             int tid = -1;
-            if (saveTarvikLocked(tarviks.at(i), folder, tid)) {
+            const CTarvik& tarvik = tarviks.at(i);
+            bool ok = false;
+            if (insert && tarvik.id() == -1) {
+                QString error;
+                ok = insertNative(handle, insert, tarvik, tid, error);
+                if (!ok) {
+                    qWarning().noquote()
+                        << "CTarvikStorage::saveTarvik failed to exec query: " + error;
+                }
+            } else {
+                ok = saveTarvikLocked(tarvik, folder, tid);
+            }
+            if (ok) {
                 saved.append(tid);
                 continue;
             }
@@ -643,6 +701,7 @@ bool CTarvikStorage::saveTarviks(const QList<CTarvik>& tarviks, eFolderName fold
                 << QStringLiteral("CTarvikStorage::saveTarviks i=%1 failed to save tarvik").arg(i);
             result = false;
         }
+        sqlite3_finalize(insert);
         if (!transactionLost && !m_pDatabase->commit()) {
             qWarning().noquote() << "CTarvikStorage::saveTarviks failed to commit: " +
                                         m_pDatabase->lastError().text();

@@ -63,7 +63,9 @@ void StorageAsyncTest::sharedNamedInstances()
     CAsyncTStorage* ui = CAsyncTStorage::getInstance(1);
     QCOMPARE(CAsyncTStorage::getInstance(1), ui);
     QCOMPARE(ui->name(), QStringLiteral("async_tarvikdb_ui"));
-    QCOMPARE(log.count(QStringLiteral("CAsyncTStorage::getInstance(): new instance: async_tarvikdb_ui")), 1);
+    QCOMPARE(
+        log.count(QStringLiteral("CAsyncTStorage::getInstance(): new instance: async_tarvikdb_ui")),
+        1);
     QCOMPARE(CAsyncTStorage::getInstance(0)->name(), QStringLiteral("async_tarvikdb_demon"));
     QCOMPARE(CAsyncTStorage::getInstance(7)->name(), QStringLiteral("async_tarvikdb_custom_7"));
     QVERIFY(CAsyncTStorage::getInstance(7) != ui);
@@ -115,14 +117,17 @@ void StorageAsyncTest::strictOrderAndBroadcast()
 {
     QStringList order;
     QStringList second;
-    auto c1 = connect(m_pStorage, &CAsyncTStorage::signalTarviksSaved, this,
-                      [&](bool, QList<int>, uint, CTarvikStorage::CUserData*) { order << "saved"; });
-    auto c2 = connect(m_pStorage, &CAsyncTStorage::signalTarviksGotten, this,
-                      [&](bool ok, QList<CTarvik> tarviks, uint folder, CTarvikStorage::CUserData*) {
-                          order << QStringLiteral("gotten %1 %2 %3").arg(ok).arg(tarviks.size()).arg(folder);
-                      });
-    auto c3 = connect(m_pStorage, &CAsyncTStorage::signalTarviksGotten, this,
-                      [&](bool, QList<CTarvik>, uint, CTarvikStorage::CUserData*) { second << "gotten"; });
+    auto c1 =
+        connect(m_pStorage, &CAsyncTStorage::signalTarviksSaved, this,
+                [&](bool, QList<int>, uint, CTarvikStorage::CUserData*) { order << "saved"; });
+    auto c2 = connect(
+        m_pStorage, &CAsyncTStorage::signalTarviksGotten, this,
+        [&](bool ok, QList<CTarvik> tarviks, uint folder, CTarvikStorage::CUserData*) {
+            order << QStringLiteral("gotten %1 %2 %3").arg(ok).arg(tarviks.size()).arg(folder);
+        });
+    auto c3 = connect(
+        m_pStorage, &CAsyncTStorage::signalTarviksGotten, this,
+        [&](bool, QList<CTarvik>, uint, CTarvikStorage::CUserData*) { second << "gotten"; });
     QList<CTarvik> batch;
     for (int i = 0; i < 200; ++i) {
         batch << Test::makeTarvik(QStringLiteral("o%1").arg(i), i);
@@ -202,7 +207,8 @@ void StorageAsyncTest::guiThreadKeepsTurning()
     sqlite3_close(daemon);
 
     QCOMPARE(saved.first().at(0).toBool(), false);
-    QVERIFY2(clock.elapsed() >= CTarvikStorage::busyTimeoutMs - 200, "the worker did not wait for the lock");
+    QVERIFY2(clock.elapsed() >= CTarvikStorage::busyTimeoutMs - 200,
+             "the worker did not wait for the lock");
     QVERIFY2(ticks > CTarvikStorage::busyTimeoutMs / 20, qPrintable(QString::number(ticks)));
     QVERIFY2(worstGap < 250, qPrintable(QStringLiteral("worst gap %1 ms").arg(worstGap)));
 }
@@ -217,7 +223,8 @@ void StorageAsyncTest::quitEmitsBeforeDestroyOnce()
     QSignalSpy before1(m_pStorage, &CAsyncTStorage::beforeDestroy);
     QSignalSpy before2(other, &CAsyncTStorage::beforeDestroy);
     // What QCoreApplication emits when its event loop ends.
-    QVERIFY(QMetaObject::invokeMethod(QCoreApplication::instance(), "aboutToQuit", Qt::DirectConnection));
+    QVERIFY(QMetaObject::invokeMethod(QCoreApplication::instance(), "aboutToQuit",
+                                      Qt::DirectConnection));
     QCOMPARE(before1.count(), 1);
     QCOMPARE(before2.count(), 1);
     QVERIFY(m_pStorage->isQuitting());
