@@ -8,6 +8,7 @@
 #include "cmainwindow.h"
 #include "comqeltarvikdaemoninterface.h"
 #include "cossocontext.h"
+#include "cquitonsignal.h"
 #include "dbusobject.h"
 #include "startaddressbook.h"
 #include "uiresources.h"
@@ -25,6 +26,7 @@ int main(int argc, char** argv)
         CLogWriter::install();
 
     QApplication app(argc, argv);
+    CQuitOnSignal quitOnSignal;
     initUiResources();
 
     Tarvik::DBusObject::instance();
