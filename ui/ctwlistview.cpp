@@ -1,6 +1,7 @@
 #include "ctwlistview.h"
 
 #include <QEvent>
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace Dravo {
@@ -77,6 +78,15 @@ void CTWListView::resizeEvent(QResizeEvent* event)
     // Word-wrapped rows change height with the width.
     if (resizeMode() == QListView::Adjust)
         scheduleDelayedItemsLayout();
+}
+
+void CTWListView::keyPressEvent(QKeyEvent* event)
+{
+    if (m_bBusy) {
+        event->ignore();
+        return;
+    }
+    QListView::keyPressEvent(event);
 }
 
 bool CTWListView::viewportEvent(QEvent* event)

@@ -28,6 +28,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool viewportEvent(QEvent* event) override;
+    // Keys reach the list itself, not only its viewport: drop them too while busy.
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void init();

@@ -71,8 +71,8 @@ void tst_Animation::frameRect()
     QFETCH(int, steps);
     QFETCH(QRect, expected);
 
-    const QString strPath = writeStrip(m_dir, QStringLiteral("strip%1x%2.png").arg(width).arg(frames),
-                                       width, 40, frames);
+    const QString strPath = writeStrip(
+        m_dir, QStringLiteral("strip%1x%2.png").arg(width).arg(frames), width, 40, frames);
     CAnimation animation(strPath, frames, 1000);
     QSignalSpy frameSpy(&animation, &CAnimation::frameChanged);
     step(animation, steps);
@@ -188,8 +188,8 @@ void tst_Animation::drawsCurrentFrame()
     QImage canvas(100, 100, QImage::Format_RGB32);
     canvas.fill(Qt::white);
     QPainter painter(&canvas);
-    animation.draw(&painter, QPoint(30, 50));                 // own size, 40 x 20
-    animation.draw(&painter, QRect(0, 0, 10, 10));            // scaled
+    animation.draw(&painter, QPoint(30, 50));       // own size, 40 x 20
+    animation.draw(&painter, QRect(0, 0, 10, 10));  // scaled
     painter.end();
     const QRgb frame2 = qRgb(50, 0, 0);
     QCOMPARE(canvas.pixel(30, 50), frame2);

@@ -19,10 +19,17 @@ QImage patternImage(const QString& strPattern, bool bHorizontal)
     for (int i = 0; i < n; ++i) {
         QRgb px = 0xFF808080;
         switch (strPattern.at(i).toLatin1()) {
-            case 'X': px = M; break;
-            case 'a': px = 0xFF000001; break;
-            case 's': px = 0x80000000; break;
-            default: break;
+            case 'X':
+                px = M;
+                break;
+            case 'a':
+                px = 0xFF000001;
+                break;
+            case 's':
+                px = 0x80000000;
+                break;
+            default:
+                break;
         }
         if (bHorizontal)
             image.setPixel(i, 0, px);
@@ -43,7 +50,12 @@ QImage patternImage(const QString& strPattern, bool bHorizontal)
 const int SRC_W = 12, SRC_H = 10, S_LEFT = 4, S_RIGHT = 7, S_TOP = 3, S_BOTTOM = 5;
 const QRgb CENTRE = 0xFF10C020;
 
-enum eBand { eLow, eMid, eHigh };
+enum eBand
+{
+    eLow,
+    eMid,
+    eHigh
+};
 
 eBand band(int i, int iFirst, int iLast)
 {
@@ -318,8 +330,8 @@ void tst_Skin::shippedStrips()
     QSet<QByteArray> frames;
     for (int i = 0; i < 8; ++i) {
         const QImage frame = image.copy(i * 40, 0, 40, 40);
-        frames.insert(QByteArray(reinterpret_cast<const char*>(frame.constBits()),
-                                 frame.sizeInBytes()));
+        frames.insert(
+            QByteArray(reinterpret_cast<const char*>(frame.constBits()), frame.sizeInBytes()));
     }
     QCOMPARE(frames.size(), 8);
 }
@@ -327,11 +339,13 @@ void tst_Skin::shippedStrips()
 void tst_Skin::shippedIcons_data()
 {
     QTest::addColumn<QString>("name");
-    for (const char* pName :
-         {"send", "inbox", "outbox", "sent", "settings", "feedback", "about", "message_read",
-          "message_unread", "message_sent", "message_sending", "message_failed_send",
-          "message_draft", "arrow_east", "arrow_west", "arrow_north", "arrow_south", "zoom_plus",
-          "zoom_minus", "tarvik_logo", "tarvik_logo_large"})
+    for (const char* pName : {"send",          "inbox",           "outbox",
+                              "sent",          "settings",        "feedback",
+                              "about",         "message_read",    "message_unread",
+                              "message_sent",  "message_sending", "message_failed_send",
+                              "message_draft", "arrow_east",      "arrow_west",
+                              "arrow_north",   "arrow_south",     "zoom_plus",
+                              "zoom_minus",    "tarvik_logo",     "tarvik_logo_large"})
         QTest::newRow(pName) << QString::fromLatin1(pName);
 }
 

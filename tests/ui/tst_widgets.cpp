@@ -203,8 +203,8 @@ void tst_Widgets::toolButtonIconStates()
         image.fill(file.second);
         QVERIFY(image.save(dir.filePath(file.first)));
     }
-    const QIcon icon = CTWToolButton::createIcon(dir.path() + QLatin1Char('/'), "off.png",
-                                                 "on.png", "dis.png");
+    const QIcon icon =
+        CTWToolButton::createIcon(dir.path() + QLatin1Char('/'), "off.png", "on.png", "dis.png");
     CTWToolButton* pButton = CTWToolButton::createButton(icon, true, false, false);
     QScopedPointer<CTWToolButton> guard(pButton);
     pButton->resize(64, 40);
