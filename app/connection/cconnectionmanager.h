@@ -1,0 +1,88 @@
+#pragma once
+
+#include <QMap>
+#include <QNetworkInformation>
+#include <QObject>
+#include <QTimer>
+
+#include "csingleton.h"
+
+namespace Dravo {
+
+// Watches the Internet connection for the whole process. Forms connect to
+// connected() and disconnected() and then call requestConnection(): the answer is
+// connected() (queued) when the network is up; otherwise disconnected() at once,
+// then connected() when the network comes up, or disconnected() again when the
+// connect time-out runs out. After the first request every change of the network
+// is reported, including changes made by other programs.
+//
+// The network state comes from QNetworkInformation: the NetworkManager backend
+// when NetworkManager answers on the system bus, else the glib backend; when no
+// backend loads the network counts as up.
+class CConnectionManager : public CSingleton<CConnectionManager>
+{
+    Q_OBJECT
+    friend class CSingleton<CConnectionManager>;
+
+public:
+    static constexpr int kDefaultConnectTimeoutMs = 30000;
+
+    // Returns true when the request was taken; the outcome always arrives as a signal.
+    bool requestConnection();
+
+    void setConnectTimeout(int ms) { m_connectTimer.setInterval(ms); }
+    int connectTimeout() const { return m_connectTimer.interval(); }
+    // Active connections: identifier (the backend in use) to bearer.
+    QMap<QString, QString> activeConnections() const { return m_mapConnections; }
+    // "networkmanager", "glib", or empty when no backend could be loaded.
+    QString backendName() const { return m_strBackend; }
+    bool isRequestActive() const { return m_bRequestActive; }
+
+Q_SIGNALS:
+    void connected();
+    void disconnected();
+
+public Q_SLOTS:
+    void onAppQuit() override;
+
+private:
+    enum eBackendState
+    {
+        eBackendNone,
+        eBackendProbing,
+        eBackendReady
+    };
+    enum eConnectionError
+    {
+        eErrorNone = 0,
+        eErrorInvalidIap = 1,
+        eErrorConnectionFailed = 2,
+        eErrorUserCanceled = 3
+    };
+
+    CConnectionManager();
+
+    void probeBackend();
+    void loadBackend(bool networkManagerAnswered);
+    void watchNetworkManager();
+    void startRequest();
+    void cleanUp();
+    bool isOnline() const;
+    void onReachabilityChanged(QNetworkInformation::Reachability reachability);
+    void onConnectTimeout();
+    void reportConnected();
+    void reportDisconnected(int error);
+    QString bearer() const;
+
+    eBackendState m_eBackendState = eBackendNone;
+    QString m_strBackend;
+    bool m_bRequestActive = false;
+    bool m_bWasOnline = false;
+    int m_iRequest = 0;
+    int m_iOverride = -1;  // reachability known better than the backend's, or -1
+    QMetaObject::Connection m_reachabilityConnection;
+    QMap<QString, QString> m_mapConnections;
+    QTimer m_connectTimer;
+};
+
+}  // namespace Dravo

@@ -1,0 +1,236 @@
+#include <QDBusConnection>
+#include <QDBusInterface>
+#include <QDBusReply>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include "cconnectionmanager.h"
+#include "clogcapture.h"
+#include "cprivatebus.h"
+
+using namespace Dravo;
+using namespace Dravo::Test;
+
+namespace {
+
+const QString kConnected = QStringLiteral("CConnectionManager::my_connection_handler "
+                                          "CON_IC_STATUS_CONNECTED");
+const QString kDisconnected = QStringLiteral("CConnectionManager::my_connection_handler "
+                                             "CON_IC_STATUS_DISCONNECTED");
+const QString kErrorNone =
+    QStringLiteral("CConnectionManager::my_connection_handler CON_IC_CONNECTION_ERROR_NONE");
+const QString kErrorFailed = QStringLiteral(
+    "CConnectionManager::my_connection_handler CON_IC_CONNECTION_ERROR_CONNECTION_FAILED");
+
+int countEndingWith(const CLogCapture& log, const QString& suffix)
+{
+    int n = 0;
+    for (const QString& line : log.lines()) {
+        if (line.endsWith(suffix)) {
+            ++n;
+        }
+    }
+    return n;
+}
+
+}  // namespace
+
+class TestConnectionManager : public QObject
+{
+    Q_OBJECT
+
+private:
+    // "C" for every connected(), "D" for every disconnected(), in order.
+    QStringList m_lstEvents;
+    CPrivateBuses m_buses;
+    CHelperProcess m_fakes;
+
+    void setNetworkState(uint state)
+    {
+        QDBusInterface control(QStringLiteral("org.freedesktop.NetworkManager"),
+                               QStringLiteral("/org/freedesktop/NetworkManager"),
+                               QStringLiteral("org.tarvik.Fake.Control"),
+                               QDBusConnection::systemBus());
+        const QDBusMessage reply = control.call(QStringLiteral("SetState"), state);
+        QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY2(m_buses.start(), qPrintable(m_buses.errorString()));
+#if defined(TARVIK_BUS_SITUATION_NetworkManager)
+        QVERIFY(m_fakes.start(binaryPath(QStringLiteral("tarvik-fakes")),
+                              {QStringLiteral("--nm"), QStringLiteral("online")}));
+#elif defined(TARVIK_BUS_SITUATION_NoSystemBus)
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/tarvik-test-bus");
+#endif
+        CConnectionManager* manager = CConnectionManager::instance();
+        connect(manager, &CConnectionManager::connected, this,
+                [this]() { m_lstEvents.append(QStringLiteral("C")); });
+        connect(manager, &CConnectionManager::disconnected, this,
+                [this]() { m_lstEvents.append(QStringLiteral("D")); });
+    }
+
+    void init() { m_lstEvents.clear(); }
+
+#if !defined(TARVIK_BUS_SITUATION_NetworkManager)
+    // Without NetworkManager (or without any system bus) the request is still
+    // answered: the glib backend, or no backend at all, counts as up.
+    void requestWithoutNetworkManagerIsAnswered()
+    {
+        CLogCapture log;
+        CConnectionManager* manager = CConnectionManager::instance();
+        QVERIFY(manager->requestConnection());
+        QTRY_COMPARE(m_lstEvents, QStringList{QStringLiteral("C")});
+        QVERIFY(manager->backendName() != QLatin1String("networkmanager"));
+#if defined(TARVIK_BUS_SITUATION_NoSystemBus)
+        QVERIFY(log.containsPrefix(QStringLiteral("Unable to connect to the D-BUS daemon: ")));
+#endif
+        QCOMPARE(countEndingWith(log, kConnected), 1);
+
+        QVERIFY(manager->requestConnection());
+        QTRY_COMPARE(m_lstEvents.size(), 2);
+        QCOMPARE(m_lstEvents.last(), QStringLiteral("C"));
+        QVERIFY(log.contains(QStringLiteral("Connection to DBus already established.")));
+    }
+#else
+    void requestWhileUpAnswersConnected()
+    {
+        CLogCapture log;
+        CConnectionManager* manager = CConnectionManager::instance();
+        QVERIFY(manager->requestConnection());
+        QVERIFY(m_lstEvents.isEmpty());  // never from inside requestConnection()
+        QTRY_COMPARE(m_lstEvents, QStringList{QStringLiteral("C")});
+        QCOMPARE(manager->backendName(), QStringLiteral("networkmanager"));
+        QVERIFY(manager->activeConnections().contains(QStringLiteral("networkmanager")));
+        QCOMPARE(countEndingWith(log, QLatin1Char(' ') + kConnected), 1);
+        QVERIFY(log.containsPrefix(
+            QStringLiteral("Hey, we are connected to IAP networkmanager with bearer ")));
+        QTest::qWait(200);
+        QCOMPARE(m_lstEvents.size(), 1);
+    }
+
+    // Every change after a request is reported; states short of the Internet
+    // (local, site, asleep) count as down. Each row ends online again.
+    void changesAreReported_data()
+    {
+        QTest::addColumn<QList<uint>>("states");
+        QTest::addColumn<QStringList>("events");
+        QTest::newRow("down, up") << QList<uint>{20, 70} << QStringList{"D", "C"};
+        QTest::newRow("asleep, up") << QList<uint>{10, 70} << QStringList{"D", "C"};
+        QTest::newRow("local, site, up")
+            << QList<uint>{50, 60, 70} << QStringList{"D", "C"};
+        QTest::newRow("flapping") << QList<uint>{20, 70, 20, 70, 30, 70}
+                                  << QStringList{"D", "C", "D", "C", "D", "C"};
+    }
+
+    void changesAreReported()
+    {
+        QFETCH(QList<uint>, states);
+        QFETCH(QStringList, events);
+        CLogCapture log;
+        for (uint state : states) {
+            setNetworkState(state);
+        }
+        QTRY_COMPARE(m_lstEvents, events);
+        const int downs = events.count(QStringLiteral("D"));
+        QCOMPARE(countEndingWith(log, kDisconnected), downs);
+        QCOMPARE(log.count(kErrorNone), downs);
+        QTest::qWait(200);
+        QCOMPARE(m_lstEvents, events);
+        QVERIFY(CConnectionManager::instance()->activeConnections().contains(
+            QStringLiteral("networkmanager")));
+    }
+
+    void requestWhileOfflineTimesOut()
+    {
+        CConnectionManager* manager = CConnectionManager::instance();
+        setNetworkState(20);
+        QTRY_COMPARE(m_lstEvents, QStringList{QStringLiteral("D")});
+        QVERIFY(manager->activeConnections().isEmpty());
+        m_lstEvents.clear();
+        CLogCapture log;
+        manager->setConnectTimeout(400);
+        QVERIFY(manager->requestConnection());
+        QVERIFY(log.contains(QStringLiteral("Connection to DBus already established.")));
+        QVERIFY(log.contains(QStringLiteral("Cleaning up older connection...")));
+        QVERIFY(log.contains(QStringLiteral("Cleanup result: true")));
+        // Reported at once, so no popup waits for the time-out...
+        QTRY_COMPARE_WITH_TIMEOUT(m_lstEvents, QStringList{QStringLiteral("D")}, 300);
+        QVERIFY(!log.contains(kErrorFailed));
+        // ...and again when the time-out runs out.
+        QTRY_COMPARE(m_lstEvents, (QStringList{QStringLiteral("D"), QStringLiteral("D")}));
+        QVERIFY(log.contains(kErrorFailed));
+        setNetworkState(70);
+        QTRY_COMPARE(m_lstEvents.size(), 3);
+        QCOMPARE(m_lstEvents.last(), QStringLiteral("C"));
+    }
+
+    void requestWhileOfflineThenNetworkComesUp()
+    {
+        CConnectionManager* manager = CConnectionManager::instance();
+        setNetworkState(20);
+        QTRY_COMPARE(m_lstEvents, QStringList{QStringLiteral("D")});
+        m_lstEvents.clear();
+        CLogCapture log;
+        manager->setConnectTimeout(600);
+        QVERIFY(manager->requestConnection());
+        QTRY_COMPARE(m_lstEvents, QStringList{QStringLiteral("D")});
+        setNetworkState(70);
+        QTRY_COMPARE(m_lstEvents, (QStringList{QStringLiteral("D"), QStringLiteral("C")}));
+        QTest::qWait(800);  // past the time-out: nothing more
+        QCOMPARE(m_lstEvents.size(), 2);
+        QVERIFY(!log.contains(kErrorFailed));
+        manager->setConnectTimeout(CConnectionManager::kDefaultConnectTimeoutMs);
+    }
+
+    // The second request replaces the first: one answer, and later changes are
+    // reported once, not once per request made.
+    void twoRequestsInARow()
+    {
+        CLogCapture log;
+        CConnectionManager* manager = CConnectionManager::instance();
+        QVERIFY(manager->requestConnection());
+        QVERIFY(manager->requestConnection());
+        QCOMPARE(log.count(QStringLiteral("Connection to DBus already established.")), 2);
+        QCOMPARE(log.count(QStringLiteral("Cleaning up older connection...")), 2);
+        QTRY_COMPARE(m_lstEvents, QStringList{QStringLiteral("C")});
+        QTest::qWait(200);
+        QCOMPARE(m_lstEvents.size(), 1);
+        setNetworkState(20);
+        QTRY_COMPARE(m_lstEvents, (QStringList{QStringLiteral("C"), QStringLiteral("D")}));
+        setNetworkState(70);
+        QTRY_COMPARE(m_lstEvents.size(), 3);
+        QTest::qWait(200);
+        QCOMPARE(m_lstEvents,
+                 (QStringList{QStringLiteral("C"), QStringLiteral("D"), QStringLiteral("C")}));
+    }
+
+    void networkManagerGoneReportsDown()
+    {
+        m_fakes.stop();
+        QTRY_COMPARE_WITH_TIMEOUT(m_lstEvents, QStringList{QStringLiteral("D")}, 5000);
+        QVERIFY(m_fakes.start(binaryPath(QStringLiteral("tarvik-fakes")),
+                              {QStringLiteral("--nm"), QStringLiteral("online")}));
+        QTRY_COMPARE_WITH_TIMEOUT(m_lstEvents, (QStringList{QStringLiteral("D"),
+                                                            QStringLiteral("C")}), 5000);
+    }
+
+    void quitStopsReporting()
+    {
+        CLogCapture log;
+        CConnectionManager* manager = CConnectionManager::instance();
+        manager->onAppQuit();
+        QVERIFY(log.contains(QStringLiteral("CConnectionManager::onAppQuit()")));
+        QVERIFY(log.contains(QStringLiteral("Cleanup result: true")));
+        QVERIFY(!manager->isRequestActive());
+        setNetworkState(20);
+        QTest::qWait(300);
+        QVERIFY(m_lstEvents.isEmpty());
+    }
+#endif
+};
+
+QTEST_GUILESS_MAIN(TestConnectionManager)
+#include "tst_cconnectionmanager.moc"
