@@ -105,7 +105,8 @@ void CMainFormStack::dbusMessagesSent()
 void CMainFormStack::storageInitialized()
 {
     qDebug("CMainFormStack::storageInitialized");
-    uiStorage()->getSettings();
+    if (!uiStorage()->getSettings())
+        qCritical("CMainFormStack::storageInitialized: settings request refused");
 }
 
 void CMainFormStack::settingsGotten(bool result, CTSettings settings,

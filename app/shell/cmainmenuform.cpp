@@ -120,7 +120,11 @@ void CMainMenuForm::requestSettings(bool bForSettings)
     CAsyncTStorage* pStorage = CAsyncTStorage::getInstance(1);
     connect(pStorage, &CAsyncTStorage::signalSettingsGotten, this, &CMainMenuForm::settingsGotten,
             Qt::UniqueConnection);
-    pStorage->getSettings();
+    if (!pStorage->getSettings()) {
+        disconnect(pStorage, &CAsyncTStorage::signalSettingsGotten, this,
+                   &CMainMenuForm::settingsGotten);
+        qDebug("CMainMenuForm::itemClicked: storage is not ready, settings not requested");
+    }
 }
 
 void CMainMenuForm::settingsGotten(bool result, CTSettings settings,

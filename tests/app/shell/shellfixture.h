@@ -1,0 +1,134 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QSignalSpy>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "casynctstorage.h"
+#include "cformfactory.h"
+#include "cplaceholderform.h"
+#include "cprivatebus.h"
+#include "dbusobject.h"
+#include "uiresources.h"
+
+namespace TarvikTest {
+
+// Every log line of the process, for tests that check what the shell reported.
+inline QStringList& logLines()
+{
+    static QStringList s_lst;
+    return s_lst;
+}
+
+inline QtMessageHandler& previousHandler()
+{
+    static QtMessageHandler s_p = nullptr;
+    return s_p;
+}
+
+inline void captureHandler(QtMsgType type, const QMessageLogContext& context, const QString& msg)
+{
+    logLines() << msg;
+    if (previousHandler())
+        previousHandler()(type, context, msg);
+}
+
+// What the form factory was asked for.
+struct FactoryCall
+{
+    QString strKind;
+    int iType = -1;
+    QStringList lstArgs;
+    Dravo::CForm* pForm = nullptr;
+};
+
+inline QList<FactoryCall>& factoryCalls()
+{
+    static QList<FactoryCall> s_lst;
+    return s_lst;
+}
+
+// Replaces every creator by one that records its arguments and makes a placeholder.
+inline void recordFactory()
+{
+    using Dravo::CFormFactory;
+    using Dravo::CPlaceholderForm;
+    auto folder = [](const QString& strKind) {
+        return [strKind](QWidget* pParent) -> Dravo::CForm* {
+            FactoryCall call;
+            call.strKind = strKind;
+            call.pForm = new CPlaceholderForm(pParent, strKind, QString());
+            factoryCalls() << call;
+            return call.pForm;
+        };
+    };
+    CFormFactory::setInboxCreator(folder("inbox"));
+    CFormFactory::setOutboxCreator(folder("outbox"));
+    CFormFactory::setSentCreator(folder("sent"));
+    CFormFactory::setComposeCreator([](QWidget* pParent, int iType, const QString& a,
+                                       const QString& b, const QString& c) -> Dravo::CForm* {
+        FactoryCall call{"compose", iType, {a, b, c}, nullptr};
+        call.pForm = new CPlaceholderForm(pParent, "compose", QString());
+        factoryCalls() << call;
+        return call.pForm;
+    });
+    CFormFactory::setRegisterCreator([](QWidget* pParent, int iType, const QString& strNumber,
+                                        const QString& strName) -> Dravo::CForm* {
+        FactoryCall call{"register", iType, {strNumber, strName}, nullptr};
+        call.pForm = new CPlaceholderForm(pParent, "register", QString());
+        factoryCalls() << call;
+        return call.pForm;
+    });
+}
+
+// Private buses, a fresh HOME, the UI storage open on a new database, and a second bus
+// connection that plays the daemon.
+class CShellFixture
+{
+public:
+    bool start()
+    {
+        if (!m_tmpHome.isValid() || !m_buses.start())
+            return false;
+        qputenv("HOME", m_tmpHome.path().toLocal8Bit());
+        previousHandler() = qInstallMessageHandler(&captureHandler);
+        Dravo::initUiResources();
+        m_peer = QDBusConnection::connectToBus(m_buses.session().address(), "daemon");
+        Tarvik::DBusObject::instance();
+        Dravo::CAsyncTStorage* pStorage = Dravo::CAsyncTStorage::getInstance(1);
+        QSignalSpy spy(pStorage, &Dravo::CAsyncTStorage::signalInitialized);
+        pStorage->start();
+        if (!pStorage->isInitialized() && !spy.wait(10000))
+            return false;
+        recordFactory();
+        return m_peer.isConnected();
+    }
+
+    // Calls one client method from the daemon's side and waits for the reply without
+    // blocking the client's event loop.
+    QDBusMessage callClient(const QString& strMethod,
+                            const QString& strInterface = "com.qel.TarvikClient")
+    {
+        QDBusMessage msg = QDBusMessage::createMethodCall("com.qel.tarvik", "/com/qel/tarvik",
+                                                          strInterface, strMethod);
+        QDBusPendingCallWatcher watcher(m_peer.asyncCall(msg, 5000));
+        QSignalSpy spy(&watcher, &QDBusPendingCallWatcher::finished);
+        if (!watcher.isFinished())
+            spy.wait(6000);
+        return watcher.reply();
+    }
+
+    QDBusConnection& peer() { return m_peer; }
+    QString home() const { return m_tmpHome.path(); }
+
+private:
+    QTemporaryDir m_tmpHome;
+    Dravo::Test::CPrivateBuses m_buses;
+    QDBusConnection m_peer = QDBusConnection(QString());
+};
+
+}  // namespace TarvikTest
