@@ -20,7 +20,6 @@ private slots:
     void textSetByCodeIsKept();
     void navigateOnlyKeys_data();
     void navigateOnlyKeys();
-    void typesAndHints();
     void focusSignals();
 };
 
@@ -186,24 +185,6 @@ void tst_LineEdit::navigateOnlyKeys()
     QCOMPARE(edit.text(), QStringLiteral("hello"));
     QCOMPARE(edit.cursorPosition(), cursorAfter < 0 ? 2 : cursorAfter);
     QCOMPARE(returnSpy.count(), 0);
-}
-
-void tst_LineEdit::typesAndHints()
-{
-    CLineEdit phone(nullptr, CLineEdit::eLineEditPhone);
-    QCOMPARE(phone.type(), CLineEdit::eLineEditPhone);
-    QVERIFY(dynamic_cast<const CLineEdit::PhoneValidator*>(phone.validator()));
-    QVERIFY(phone.inputMethodHints() & Qt::ImhDigitsOnly);
-
-    CLineEdit mixed(nullptr, CLineEdit::eLineEditPhoneEmail);
-    QVERIFY(dynamic_cast<const CLineEdit::PhoneEmailValidator*>(mixed.validator()));
-    QVERIFY(!(mixed.inputMethodHints() & Qt::ImhDigitsOnly));
-
-    CLineEdit plain(nullptr, CLineEdit::eLineEditPlain);
-    CLineEdit navigate(nullptr, CLineEdit::eLineEditNavigateOnly);
-    QVERIFY(!plain.validator());
-    QVERIFY(!navigate.validator());
-    QVERIFY(!plain.autoFillBackground());
 }
 
 void tst_LineEdit::focusSignals()

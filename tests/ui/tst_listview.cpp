@@ -68,7 +68,7 @@ class tst_ListView : public QObject
     Q_OBJECT
 private slots:
     void initTestCase() { initUiResources(); }
-    void setUp();
+    void busyStartsOnce();
     void busyRefusesTapsAndKeys();
     void wheelPassesWhileBusy();
     void busyVeilAndIndicator();
@@ -80,15 +80,9 @@ private slots:
     void delegateWithoutModelData();
 };
 
-void tst_ListView::setUp()
+void tst_ListView::busyStartsOnce()
 {
     CTWListView view(QStringLiteral("Nothing"));
-    QCOMPARE(view.emptyText(), QStringLiteral("Nothing"));
-    QCOMPARE(view.resizeMode(), QListView::Adjust);
-    QCOMPARE(view.frameShape(), QFrame::NoFrame);
-    QCOMPARE(view.verticalScrollMode(), QAbstractItemView::ScrollPerPixel);
-    QCOMPARE(view.focusPolicy(), Qt::NoFocus);
-    QVERIFY(!view.viewport()->autoFillBackground());
     QSignalSpy startSpy(view.animation(), &CAnimation::started);
     QSignalSpy stopSpy(view.animation(), &CAnimation::stopped);
     view.setBusy(true);

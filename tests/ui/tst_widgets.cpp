@@ -117,7 +117,6 @@ private slots:
     void skinWithoutMarkersFallsBackToBrush();
     void toolButtonIconStates();
     void toolButtonFactories();
-    void toolBarDirection();
     void stackPushPop();
     void popupReportsTaps();
     void titleText();
@@ -246,15 +245,6 @@ void tst_Widgets::toolButtonFactories()
     QVERIFY(focusable->autoExclusive());
     QVERIFY(focusable->focusPolicy() != Qt::NoFocus);
     QCOMPARE(focusable->contentsMargins(), QMargins());
-}
-
-void tst_Widgets::toolBarDirection()
-{
-    CTWToolBar bar(QBoxLayout::LeftToRight);
-    QVERIFY(bar.boxLayout());
-    QCOMPARE(bar.boxLayout()->direction(), QBoxLayout::LeftToRight);
-    bar.setDirection(QBoxLayout::TopToBottom);
-    QCOMPARE(bar.boxLayout()->direction(), QBoxLayout::TopToBottom);
 }
 
 void tst_Widgets::stackPushPop()
