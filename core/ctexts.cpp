@@ -60,6 +60,13 @@ TARVIK_TEXT(sentLabel, "Sent:")
 TARVIK_TEXT(replyPrefix, "RE:")
 TARVIK_TEXT(forwardPrefix, "FW:")
 TARVIK_TEXT(chooseAContact, "Choose a contact")
+TARVIK_TEXT(searchContacts, "Search")
+TARVIK_TEXT(loadingContacts, "Loading contacts...")
+TARVIK_TEXT(addressBookUnavailable, "The address book is not available.")
+TARVIK_TEXT(noContacts, "No contacts")
+TARVIK_TEXT(chooseAnAddress, "Choose a phone number or e-mail address")
+TARVIK_TEXT(phoneLabel, "Phone")
+TARVIK_TEXT(emailLabel, "E-mail")
 
 TARVIK_TEXT(registrationPrompt,
             "Please enter your phone number and screen name to proceed with registration.")

@@ -68,6 +68,15 @@ public:
     static const QString& forwardPrefix();  // "FW:"
     static const QString& chooseAContact();
 
+    // Contact chooser
+    static const QString& searchContacts();
+    static const QString& loadingContacts();
+    static const QString& addressBookUnavailable();
+    static const QString& noContacts();
+    static const QString& chooseAnAddress();
+    static const QString& phoneLabel();
+    static const QString& emailLabel();
+
     // Registration
     static const QString& registrationPrompt();
     static const QString& phoneNumberQuestion();

@@ -1,0 +1,167 @@
+#include "ccontactchooser.h"
+
+#include <QEventLoop>
+#include <QtDebug>
+
+#include "caddressbook.h"
+#include "ccontactchooserdialog.h"
+#include "ccontactdetaildialog.h"
+
+namespace Dravo {
+
+CContactChooser::CContactChooser(QWidget* pDialogParent, const QString& strLogPrefix,
+                                 QObject* parent)
+    : QObject(parent), m_pDialogParent(pDialogParent), m_strPrefix(strLogPrefix)
+{
+}
+
+CContactChooser::~CContactChooser()
+{
+    disconnect(m_loadConnection);
+    delete m_pChooser.data();
+    delete m_pDetail.data();
+}
+
+QString CContactChooser::choose(QWidget* pDialogParent)
+{
+    CContactChooser chooser(pDialogParent);
+    QEventLoop loop;
+    connect(&chooser, &CContactChooser::finished, &loop, &QEventLoop::quit);
+    chooser.start();
+    if (!chooser.isFinished()) {
+        loop.exec();
+    }
+    return chooser.result();
+}
+
+void CContactChooser::log(const char* text) const
+{
+    qDebug().noquote() << m_strPrefix + QLatin1Char(' ') + QLatin1String(text);
+}
+
+void CContactChooser::critical(const char* text) const
+{
+    qCritical().noquote() << m_strPrefix + QLatin1Char(' ') + QLatin1String(text);
+}
+
+void CContactChooser::start()
+{
+    if (m_bStarted) {
+        return;
+    }
+    m_bStarted = true;
+    m_pChooser = new CContactChooserDialog(m_pDialogParent);
+    m_pChooser->setWindowModality(Qt::ApplicationModal);
+    connect(m_pChooser, &QDialog::finished, this, &CContactChooser::onChooserFinished);
+    CAddressBook* book = CAddressBook::instance();
+    m_loadConnection =
+        connect(book, &CAddressBook::contactsLoaded, this, &CContactChooser::onContactsLoaded);
+    book->requestContacts();
+    m_pChooser->show();
+    Q_EMIT chooserShown(m_pChooser);
+}
+
+void CContactChooser::onContactsLoaded(const CContactEntryList& contacts, const QString& error)
+{
+    disconnect(m_loadConnection);
+    if (!m_pChooser) {
+        return;
+    }
+    if (!error.isEmpty()) {
+        qWarning().noquote() << m_strPrefix + QStringLiteral(" address book not available: ") +
+                                    error;
+        m_pChooser->setUnavailable(error);
+        return;
+    }
+    m_pChooser->setContacts(contacts);
+}
+
+QString CContactChooser::firstAddress(const CContactEntry& contact, int* count)
+{
+    QString result;
+    int n = 0;
+    for (const CContactEntry::Attribute& attribute : contact.attributes()) {
+        if (CContactEntry::isAddressAttribute(attribute.first)) {
+            if (n == 0) {
+                result = attribute.second;
+            }
+            ++n;
+        }
+    }
+    if (count) {
+        *count = n;
+    }
+    return result;
+}
+
+void CContactChooser::onChooserFinished(int result)
+{
+    disconnect(m_loadConnection);
+    CContactChooserDialog* dialog = m_pChooser;
+    if (dialog) {
+        dialog->hide();
+        dialog->deleteLater();
+    }
+    if (result != QDialog::Accepted || !dialog) {
+        log("chooser GTK_RESPONSE_DELETE_EVENT nothing selected");
+        finish(QString());
+        return;
+    }
+    const CContactEntryList selection = dialog->selectedContacts();
+    if (selection.isEmpty()) {
+        log("nothing selected");
+        finish(QString());
+        return;
+    }
+    // Further chosen contacts are ignored.
+    const CContactEntry contact = selection.first();
+    int count = 0;
+    const QString first = firstAddress(contact, &count);
+    qDebug().noquote() << m_strPrefix +
+                              QStringLiteral(" total amount of phones/emails = %1").arg(count);
+    if (count == 0) {
+        critical("contact has no phones/emails!");
+    }
+    if (count < 2) {
+        finish(first);
+        return;
+    }
+    m_pDetail = new CContactDetailDialog(contact, m_pDialogParent);
+    m_pDetail->setWindowModality(Qt::ApplicationModal);
+    connect(m_pDetail, &QDialog::finished, this, &CContactChooser::onDetailFinished);
+    m_pDetail->show();
+    Q_EMIT detailShown(m_pDetail);
+}
+
+void CContactChooser::onDetailFinished(int result)
+{
+    CContactDetailDialog* dialog = m_pDetail;
+    if (dialog) {
+        dialog->hide();
+        dialog->deleteLater();
+    }
+    if (result != QDialog::Accepted || !dialog) {
+        log("details GTK_RESPONSE_DELETE_EVENT nothing selected");
+        finish(QString());
+        return;
+    }
+    const QString value = dialog->selectedValue();
+    if (value.isEmpty()) {
+        critical("can't get selected field from details!");
+        finish(QString());
+        return;
+    }
+    finish(value);
+}
+
+void CContactChooser::finish(const QString& result)
+{
+    if (m_bFinished) {
+        return;
+    }
+    m_bFinished = true;
+    m_strResult = result;
+    Q_EMIT finished(result);
+}
+
+}  // namespace Dravo

@@ -1,0 +1,213 @@
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusInterface>
+#include <QDBusReply>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QtTest>
+
+#include "cdevicemodeguard.h"
+#include "clogcapture.h"
+#include "cprivatebus.h"
+
+using namespace Dravo;
+using namespace Dravo::Test;
+
+Q_DECLARE_METATYPE(Dravo::CDeviceModeGuard::eModeSource)
+
+namespace {
+
+const QString kPrefix = QStringLiteral("CComposeTarvikForm::onBtnSendClick");
+
+QDBusInterface control(const QString& service, const QString& path)
+{
+    return QDBusInterface(service, path, QStringLiteral("org.tarvik.Fake.Control"),
+                          QDBusConnection::systemBus());
+}
+
+QVariant nmProperty(const char* name)
+{
+    QDBusInterface nm(QStringLiteral("org.freedesktop.NetworkManager"),
+                      QStringLiteral("/org/freedesktop/NetworkManager"),
+                      QStringLiteral("org.freedesktop.NetworkManager"),
+                      QDBusConnection::systemBus());
+    return nm.property(name);
+}
+
+QStringList mceRequestedModes()
+{
+    QDBusReply<QStringList> reply =
+        control(QStringLiteral("com.nokia.mce"), QStringLiteral("/com/nokia/mce/request"))
+            .call(QStringLiteral("RequestedModes"));
+    return reply.isValid() ? reply.value() : QStringList{QStringLiteral("<no answer>")};
+}
+
+}  // namespace
+
+class TestDeviceModeGuard : public QObject
+{
+    Q_OBJECT
+
+private:
+    CPrivateBuses m_buses;
+
+private Q_SLOTS:
+    void initTestCase() { QVERIFY2(m_buses.start(), qPrintable(m_buses.errorString())); }
+
+    void guard_data()
+    {
+        QTest::addColumn<QStringList>("fakes");  // tarvik-fakes arguments; empty: no service
+        QTest::addColumn<QString>("mode");
+        QTest::addColumn<CDeviceModeGuard::eModeSource>("source");
+        QTest::addColumn<QString>("answer");  // "", "yes", "no", "close"
+        QTest::addColumn<bool>("proceed");
+
+        const auto mce = CDeviceModeGuard::eSourceMce;
+        const auto nm = CDeviceModeGuard::eSourceNetworkManager;
+        const auto none = CDeviceModeGuard::eSourceNone;
+        QTest::newRow("MCE normal")
+            << QStringList{"--mce", "normal"} << "normal" << mce << "" << true;
+        QTest::newRow("MCE Offline in capitals")
+            << QStringList{"--mce", "Offline"} << "Offline" << mce << "" << true;
+        QTest::newRow("MCE offline, yes")
+            << QStringList{"--mce", "offline"} << "offline" << mce << "yes" << true;
+        QTest::newRow("MCE flight, no")
+            << QStringList{"--mce", "flight"} << "flight" << mce << "no" << false;
+        QTest::newRow("MCE offline, box closed")
+            << QStringList{"--mce", "offline"} << "offline" << mce << "close" << false;
+        QTest::newRow("MCE asked before NetworkManager")
+            << QStringList{"--mce", "normal", "--nm", "asleep"} << "normal" << mce << "" << true;
+        QTest::newRow("NetworkManager asleep, yes")
+            << QStringList{"--nm", "asleep"} << "offline" << nm << "yes" << true;
+        QTest::newRow("NetworkManager radios off, no")
+            << QStringList{"--nm", "online", "--nm-radios-off"} << "flight" << nm << "no" << false;
+        QTest::newRow("NetworkManager radios off, yes")
+            << QStringList{"--nm", "online", "--nm-radios-off"} << "flight" << nm << "yes" << true;
+        QTest::newRow("NetworkManager online")
+            << QStringList{"--nm", "online"} << "normal" << nm << "" << true;
+        QTest::newRow("neither service") << QStringList() << "normal" << none << "" << true;
+    }
+
+    void guard()
+    {
+        QFETCH(QStringList, fakes);
+        QFETCH(QString, mode);
+        QFETCH(CDeviceModeGuard::eModeSource, source);
+        QFETCH(QString, answer);
+        QFETCH(bool, proceed);
+
+        CHelperProcess helper;
+        if (!fakes.isEmpty()) {
+            QVERIFY(helper.start(binaryPath(QStringLiteral("tarvik-fakes")), fakes));
+        }
+        CLogCapture log;
+        CDeviceModeGuard guard(kPrefix);
+        QSignalSpy finished(&guard, &CDeviceModeGuard::finished);
+        guard.start();
+        if (answer.isEmpty()) {
+            QTRY_COMPARE(finished.count(), 1);
+            QVERIFY(!guard.prompt());
+        } else {
+            QTRY_VERIFY(guard.prompt());
+            QMessageBox* box = guard.prompt();
+            QVERIFY(box->isVisible());
+            QCOMPARE(box->windowModality(), Qt::ApplicationModal);
+            QCOMPARE(box->text(), QStringLiteral("Exit offline mode?"));
+            QCOMPARE(box->windowTitle(), QStringLiteral(" "));
+            QCOMPARE(box->icon(), QMessageBox::NoIcon);
+            QCOMPARE(box->standardButtons(), QMessageBox::Yes | QMessageBox::No);
+            QTest::qWait(50);
+            QCOMPARE(finished.count(), 0);  // waits for the user
+            if (answer == QLatin1String("yes")) {
+                QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
+            } else if (answer == QLatin1String("no")) {
+                QTest::mouseClick(box->button(QMessageBox::No), Qt::LeftButton);
+            } else {
+                QTest::keyClick(box, Qt::Key_Escape);
+            }
+            QTRY_COMPARE(finished.count(), 1);
+            const QString line = kPrefix + QStringLiteral(": Exit offline mode: ") +
+                                 (proceed ? QStringLiteral("Yes") : QStringLiteral("No"));
+            QCOMPARE(log.count(line), 1);
+        }
+        QCOMPARE(finished.at(0).at(0).toBool(), proceed);
+        QCOMPARE(guard.mayProceed(), proceed);
+        QCOMPARE(guard.deviceMode(), mode);
+        QCOMPARE(guard.modeSource(), source);
+
+        // Yes asks for "normal"; No leaves the device as it was.
+        if (source == CDeviceModeGuard::eSourceMce) {
+            const QStringList expected = answer == QLatin1String("yes")
+                                             ? QStringList{QStringLiteral("normal")}
+                                             : QStringList();
+            QTRY_COMPARE(mceRequestedModes(), expected);
+        } else if (source == CDeviceModeGuard::eSourceNetworkManager && !answer.isEmpty()) {
+            if (proceed) {
+                QTRY_VERIFY(nmProperty("NetworkingEnabled").toBool());
+                QTRY_VERIFY(nmProperty("WirelessEnabled").toBool());
+                QTRY_VERIFY(nmProperty("WwanEnabled").toBool());
+                QDBusReply<int> calls = control(QStringLiteral("org.freedesktop.NetworkManager"),
+                                                QStringLiteral("/org/freedesktop/NetworkManager"))
+                                            .call(QStringLiteral("EnableCalls"));
+                QCOMPARE(calls.value(), 1);
+            } else {
+                QTest::qWait(100);
+                QVERIFY(!nmProperty("WirelessEnabled").toBool());
+                QVERIFY(!nmProperty("WwanEnabled").toBool());
+            }
+        }
+    }
+
+    // check() waits for the answer while the event loop keeps running.
+    void checkKeepsGuiRunning()
+    {
+        CHelperProcess helper;
+        QVERIFY(helper.start(binaryPath(QStringLiteral("tarvik-fakes")),
+                             {QStringLiteral("--mce"), QStringLiteral("flight")}));
+        int ticks = 0;
+        QTimer ticker;
+        connect(&ticker, &QTimer::timeout, this, [&ticks]() { ++ticks; });
+        ticker.start(10);
+        bool clicked = false;
+        QTimer driver;
+        connect(&driver, &QTimer::timeout, this, [&]() {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box && ticks >= 20 && !clicked) {
+                clicked = true;
+                box->button(QMessageBox::Yes)->click();
+            }
+        });
+        driver.start(20);
+        CLogCapture log;
+        const bool result =
+            CDeviceModeGuard::check(QStringLiteral("CViewTarvikForm::onBtnViewRouteClick"));
+        QVERIFY(clicked);
+        QVERIFY(result);
+        QVERIFY(ticks >= 20);
+        QVERIFY(log.contains(
+            QStringLiteral("CViewTarvikForm::onBtnViewRouteClick: Exit offline mode: Yes")));
+    }
+
+    void promptLooksRight()
+    {
+        CHelperProcess helper;
+        QVERIFY(helper.start(binaryPath(QStringLiteral("tarvik-fakes")),
+                             {QStringLiteral("--mce"), QStringLiteral("offline")}));
+        CDeviceModeGuard guard(kPrefix);
+        guard.start();
+        QTRY_VERIFY(guard.prompt());
+        QMessageBox* box = guard.prompt();
+        QTRY_VERIFY(box->isVisible());
+        const QString path = qEnvironmentVariable("TARVIK_SCREENSHOT_DIR");
+        if (!path.isEmpty()) {
+            box->grab().save(path + QStringLiteral("/exit-offline-mode.png"));
+        }
+        QVERIFY(!box->grab().isNull());
+        box->reject();
+        QTRY_VERIFY(guard.isFinished());
+        QVERIFY(!guard.mayProceed());
+    }
+};
+
+QTEST_MAIN(TestDeviceModeGuard)
+#include "tst_cdevicemodeguard.moc"
