@@ -6,6 +6,10 @@
 
 namespace Dravo {
 
+namespace {
+const int POPUP_FONT_PIXELS = 22;
+}  // namespace
+
 CTextPopupForm::CTextPopupForm(QWidget* parent, const QString& strText, bool bWithAnimation)
     : CPopupForm<CTWPopup>(parent), m_pLabel(nullptr), m_pProgress(nullptr), m_bClosing(false)
 {
@@ -18,6 +22,9 @@ CTextPopupForm::CTextPopupForm(QWidget* parent, const QString& strText, bool bWi
     m_pLabel->setTextFormat(Qt::PlainText);
     m_pLabel->setAlignment(Qt::AlignCenter);
     m_pLabel->setStyleSheet(QStringLiteral("color: white;"));
+    QFont font = m_pLabel->font();
+    font.setPixelSize(POPUP_FONT_PIXELS);
+    m_pLabel->setFont(font);
     pLayout->addStretch(1);
     pLayout->addWidget(m_pLabel);
 

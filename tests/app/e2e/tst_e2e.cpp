@@ -1,0 +1,280 @@
+#include <signal.h>
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "cprivatebus.h"
+#include "expectedintrospection.h"
+
+using Dravo::Test::binaryPath;
+using Dravo::Test::CHelperProcess;
+
+namespace {
+const char* const kShownMarker = "tarvik: main window shown at";
+
+// The client's start-up, as its log must show it, in this order.
+const QStringList kStartupLines = {
+    "Tarvik::DBusObject::DBusObject constructor start",
+    "Tarvik::DBusObject::DBusObject constructor end",
+    "CMainMenuForm::CMainMenuForm started",
+    "Tarvik::DBusObject::EmitApplicationStarted",
+    "CMainFormStack::storageInitialized",
+    "CMainFormStack::settingsGotten",
+};
+
+// True when `lines` holds `wanted` as a subsequence, in order.
+bool containsInOrder(const QStringList& lines, const QStringList& wanted)
+{
+    int iNext = 0;
+    for (const QString& line : lines) {
+        if (iNext < wanted.size() && line == wanted.at(iNext))
+            ++iNext;
+    }
+    return iNext == wanted.size();
+}
+}  // namespace
+
+class TestE2e : public QObject
+{
+    Q_OBJECT
+
+private:
+    Dravo::Test::CPrivateBuses m_buses;
+    QDBusConnection m_bus = QDBusConnection(QString());
+    QList<QDBusMessage> m_lstSignals;
+
+    QProcessEnvironment env(const QString& strHome)
+    {
+        QProcessEnvironment e = QProcessEnvironment::systemEnvironment();
+        e.insert("HOME", strHome);
+        e.insert("DBUS_SESSION_BUS_ADDRESS", m_buses.session().address());
+        e.insert("DBUS_SYSTEM_BUS_ADDRESS", m_buses.system().address());
+        e.insert("QT_QPA_PLATFORM", "offscreen");
+        e.insert("TARVIK_REPORT_SHOWN", "1");
+        e.remove("DISPLAY");
+        e.remove("WAYLAND_DISPLAY");
+        return e;
+    }
+
+    static QStringList logOf(const QString& strHome)
+    {
+        QFile file(strHome + "/.tarvik/tarvik.log");
+        if (!file.open(QIODevice::ReadOnly))
+            return {};
+        return QString::fromUtf8(file.readAll()).split('\n');
+    }
+
+    QStringList busSignalNames() const
+    {
+        QStringList lst;
+        for (const QDBusMessage& msg : m_lstSignals)
+            lst << msg.member();
+        return lst;
+    }
+
+    QDBusMessage call(const QString& service, const QString& path, const QString& interface,
+                      const QString& method, const QList<QVariant>& args = {})
+    {
+        QDBusMessage msg = QDBusMessage::createMethodCall(service, path, interface, method);
+        msg.setArguments(args);
+        QDBusPendingCallWatcher watcher(m_bus.asyncCall(msg, 5000));
+        QSignalSpy spy(&watcher, &QDBusPendingCallWatcher::finished);
+        if (!watcher.isFinished())
+            spy.wait(6000);
+        return watcher.reply();
+    }
+
+    bool startSimulator(CHelperProcess& sim, const QString& strHome)
+    {
+        return sim.start(binaryPath("tarvik-simd"),
+                         {"--register-at-start", "--number", "+15550100", "--delay", "0"}, "ready",
+                         10000, env(strHome));
+    }
+
+    // Ends a client the way a session does, and reports its exit status.
+    static int terminate(CHelperProcess& client)
+    {
+        QProcess& p = client.process();
+        ::kill(static_cast<pid_t>(p.processId()), SIGTERM);
+        if (!p.waitForFinished(10000))
+            return -1000;
+        return p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -p.exitCode() - 1;
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY2(m_buses.start(), qPrintable(m_buses.errorString()));
+        m_bus = QDBusConnection::connectToBus(m_buses.session().address(), "e2e");
+        QVERIFY(m_bus.isConnected());
+        QVERIFY(QFile::exists(binaryPath("tarvik")));
+        QVERIFY(QFile::exists(binaryPath("tarvik-simd")));
+        for (const char* pSig : {"ApplicationStarted", "ApplicationClosed", "RegistrationRequest",
+                                 "SendReceiveRequest", "CheckConnectionRequest"}) {
+            QVERIFY(m_bus.connect(QString(), "/com/qel/tarvik", "com.qel.TarvikClient", pSig, this,
+                                  SLOT(onBusSignal(QDBusMessage))));
+        }
+    }
+
+    void init() { m_lstSignals.clear(); }
+
+    // The whole life of a client beside the simulator.
+    void lifeWithSimulator()
+    {
+        QTemporaryDir home;
+        CHelperProcess sim;
+        QVERIFY(startSimulator(sim, home.path()));
+
+        CHelperProcess client;
+        QVERIFY2(client.start(binaryPath("tarvik"), {}, kShownMarker, 20000, env(home.path())),
+                 client.output().constData());
+
+        // On the bus under its name, describing itself exactly.
+        QVERIFY(m_bus.interface()->isServiceRegistered("com.qel.tarvik"));
+        const QDBusMessage introspection =
+            call("com.qel.tarvik", "/com/qel/tarvik", "org.freedesktop.DBus.Introspectable",
+                 "Introspect");
+        const QString strMismatch =
+            TarvikTest::introspectionMismatch(introspection.arguments().value(0).toString());
+        QVERIFY2(strMismatch.isEmpty(), qPrintable(strMismatch));
+
+        QTRY_VERIFY(busSignalNames().contains("ApplicationStarted"));
+        const QStringList lstLog = logOf(home.path());
+        QVERIFY2(containsInOrder(lstLog, kStartupLines), qPrintable(lstLog.join('\n')));
+        // A registered account opens on the menu: no registration form.
+        QVERIFY(lstLog.filter("registration form").isEmpty());
+
+        // Three deliveries, one popup.
+        for (int i = 0; i < 3; ++i) {
+            const QDBusMessage reply = call("com.qel.tarvikdaemon", "/com/qel/tarviksim",
+                                            "com.qel.TarvikSimControl", "DeliverNow", {1});
+            QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
+            QCOMPARE(reply.arguments().value(0).toInt(), 1);
+        }
+        QTRY_COMPARE(logOf(home.path()).filter("CMainFormStack::dbusMessagesReceived").size(), 3);
+        QCOMPARE(logOf(home.path())
+                     .filter("CMainFormStack::openNewMessagesReceivedPopup show alert")
+                     .size(),
+                 1);
+
+        // The daemon's OpenInbox pushes an inbox; the popup is still open, so no second one.
+        QCOMPARE(call("com.qel.tarvikdaemon", "/com/qel/tarviksim", "com.qel.TarvikSimControl",
+                      "OpenInbox")
+                     .type(),
+                 QDBusMessage::ReplyMessage);
+        QTRY_VERIFY(logOf(home.path()).contains("CMainFormStack::dbusMessagesReceivedOpenInbox"));
+        QTRY_COMPARE(
+            logOf(home.path()).filter("CMainFormStack::openNewMessagesReceivedPopup").size(), 5);
+        QCOMPARE(logOf(home.path())
+                     .filter("CMainFormStack::openNewMessagesReceivedPopup show alert")
+                     .size(),
+                 1);
+        QVERIFY(logOf(home.path()).filter("CFormFactory: placeholder for Inbox").size() +
+                    logOf(home.path()).filter("CInboxForm").size() >=
+                1);
+
+        // Quitting tells the daemon.
+        QCOMPARE(terminate(client), 0);
+        QTRY_VERIFY(busSignalNames().contains("ApplicationClosed"));
+        QCOMPARE(busSignalNames().count("ApplicationClosed"), 1);
+        QCOMPARE(logOf(home.path()).filter("Tarvik::DBusObject::EmitApplicationClosed").size(), 1);
+        QTRY_VERIFY(!m_bus.interface()->isServiceRegistered("com.qel.tarvik"));
+        const QByteArray baSimErr = sim.process().readAllStandardError();
+        QVERIFY2(baSimErr.contains("<- OnClientStarted"), baSimErr.constData());
+        QVERIFY(baSimErr.contains("<- ApplicationClosed"));
+
+        // The next run starts a fresh log.
+        CHelperProcess second;
+        QVERIFY(second.start(binaryPath("tarvik"), {}, kShownMarker, 20000, env(home.path())));
+        QVERIFY(logOf(home.path()).filter("CMainFormStack::dbusMessagesReceived").isEmpty());
+        QCOMPARE(
+            logOf(home.path()).filter("Tarvik::DBusObject::DBusObject constructor start").size(),
+            1);
+        QCOMPARE(terminate(second), 0);
+    }
+
+    // A second client cannot take the name and starts all the same; the first keeps it.
+    void secondInstance()
+    {
+        QTemporaryDir homeA;
+        QTemporaryDir homeB;
+        CHelperProcess first;
+        QVERIFY(first.start(binaryPath("tarvik"), {}, kShownMarker, 20000, env(homeA.path())));
+        const QString strOwner = m_bus.interface()->serviceOwner("com.qel.tarvik");
+        QVERIFY(!strOwner.isEmpty());
+
+        CHelperProcess second;
+        QVERIFY2(second.start(binaryPath("tarvik"), {}, kShownMarker, 20000, env(homeB.path())),
+                 second.output().constData());
+        QVERIFY(containsInOrder(logOf(homeB.path()), kStartupLines));
+        QCOMPARE(m_bus.interface()->serviceOwner("com.qel.tarvik").value(), strOwner);
+        QCOMPARE(terminate(second), 0);
+        QCOMPARE(terminate(first), 0);
+    }
+
+    // Without any session bus the client still starts, logs and quits cleanly.
+    void noSessionBus()
+    {
+        QTemporaryDir home;
+        QProcessEnvironment e = env(home.path());
+        e.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + home.path() + "/no-bus-here");
+        CHelperProcess client;
+        QVERIFY2(client.start(binaryPath("tarvik"), {}, kShownMarker, 20000, e),
+                 client.output().constData());
+        const QStringList lstLog = logOf(home.path());
+        QVERIFY2(containsInOrder(lstLog, kStartupLines), qPrintable(lstLog.join('\n')));
+        QVERIFY(lstLog.contains("COssoContext::Failed to initialize LibOSSO"));
+        QCOMPARE(terminate(client), 0);
+        QVERIFY(logOf(home.path()).contains("Tarvik::DBusObject::EmitApplicationClosed"));
+    }
+
+    // No daemon on the bus: start-up runs exactly as with one.
+    void daemonAbsent()
+    {
+        QTemporaryDir home;
+        CHelperProcess client;
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(client.start(binaryPath("tarvik"), {}, kShownMarker, 20000, env(home.path())));
+        QVERIFY(timer.elapsed() < 10000);
+        QVERIFY(containsInOrder(logOf(home.path()), kStartupLines));
+        QTRY_VERIFY(busSignalNames().contains("ApplicationStarted"));
+        // Fresh account: the registration form goes over the menu.
+        QVERIFY(!logOf(home.path()).filter("registration form").isEmpty() ||
+                !logOf(home.path()).filter("CRegisterForm").isEmpty());
+        QCOMPARE(terminate(client), 0);
+    }
+
+    // "logtoconsole" sends the log to standard error and leaves the log file alone.
+    void logToConsole()
+    {
+        QTemporaryDir home;
+        QVERIFY(QDir().mkpath(home.path() + "/.tarvik"));
+        QFile old(home.path() + "/.tarvik/tarvik.log");
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write("old run\n");
+        old.close();
+        CHelperProcess client;
+        QVERIFY(client.start(binaryPath("tarvik"), {"-x", "logtoconsole"}, kShownMarker, 20000,
+                             env(home.path())));
+        QCOMPARE(terminate(client), 0);
+        QCOMPARE(logOf(home.path()), QStringList({"old run", ""}));
+        const QStringList lstErr =
+            QString::fromUtf8(client.process().readAllStandardError()).split('\n');
+        QVERIFY2(containsInOrder(lstErr, kStartupLines), qPrintable(lstErr.join('\n')));
+    }
+
+public Q_SLOTS:
+    void onBusSignal(const QDBusMessage& message) { m_lstSignals << message; }
+};
+
+QTEST_GUILESS_MAIN(TestE2e)
+#include "tst_e2e.moc"
