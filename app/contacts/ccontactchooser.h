@@ -3,14 +3,11 @@
 #include <QObject>
 #include <QPointer>
 
+#include "ccontactchooserdialog.h"
+#include "ccontactdetaildialog.h"
 #include "ccontactentry.h"
 
-class QWidget;
-
 namespace Dravo {
-
-class CContactChooserDialog;
-class CContactDetailDialog;
 
 // Picks one recipient from the address book: the contact list first, then, when
 // the chosen contact has two or more phone numbers or e-mail addresses, the detail

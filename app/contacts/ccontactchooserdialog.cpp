@@ -83,6 +83,7 @@ CContactChooserDialog::CContactChooserDialog(QWidget* parent)
     m_pList->setObjectName(QStringLiteral("contactList"));
     m_pList->setModel(m_pProxy);
     m_pList->setUniformItemSizes(true);  // keeps thousands of rows cheap to lay out
+    m_pList->setAlternatingRowColors(true);
     m_pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_pList->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_pList->setVisible(false);

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include "cprivatebus.h"
+
+namespace Dravo {
+namespace Test {
+
+// Evolution Data Server for one test program: a private session bus, HOME and the
+// XDG directories in a temporary directory, the source registry and the
+// address-book factory started on that bus. Contacts are added through libebook.
+class CEdsFixture
+{
+public:
+    CEdsFixture();
+    ~CEdsFixture();
+
+    // Must run before the first QDBusConnection::sessionBus() call.
+    bool start();
+    QString errorString() const { return m_strError; }
+
+    // Adds vCards (VERSION:3.0 bodies) to the system address book.
+    bool addContacts(const QStringList& vcards);
+
+private:
+    bool waitForName(const QString& name, int timeoutMs);
+
+    QTemporaryDir m_home;
+    CPrivateBus m_bus;
+    CHelperProcess m_registry;
+    CHelperProcess m_factory;
+    QString m_strError;
+};
+
+}  // namespace Test
+}  // namespace Dravo

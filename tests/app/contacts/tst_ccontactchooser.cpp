@@ -1,0 +1,293 @@
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QListWidget>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include "caddressbook.h"
+#include "ccontactchooser.h"
+#include "ccontactchooserdialog.h"
+#include "ccontactdetaildialog.h"
+#include "cedsfixture.h"
+#include "clogcapture.h"
+
+using namespace Dravo;
+using namespace Dravo::Test;
+
+namespace {
+
+const QString kPrefix = QStringLiteral("CComposeTarvikForm::onBtnContactsClick ");
+
+QString vcard(const QString& name, const QStringList& lines)
+{
+    return QStringLiteral("BEGIN:VCARD\r\nVERSION:3.0\r\nFN:%1\r\n%2END:VCARD\r\n")
+        .arg(name, lines.isEmpty() ? QString() : lines.join(QStringLiteral("\r\n")) + "\r\n");
+}
+
+}  // namespace
+
+class TestContactChooser : public QObject
+{
+    Q_OBJECT
+
+private:
+    CEdsFixture m_eds;
+
+    // Opens the chooser and waits until the address book has been read.
+    CContactChooserDialog* openChooser(CContactChooser& chooser)
+    {
+        chooser.start();
+        CContactChooserDialog* dialog = chooser.chooserDialog();
+        if (!dialog) {
+            return nullptr;
+        }
+        if (!QTest::qWaitFor([dialog]() { return dialog->isLoaded(); }, 20000)) {
+            return nullptr;
+        }
+        return dialog;
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY2(m_eds.start(), qPrintable(m_eds.errorString()));
+        const QStringList contacts{
+            vcard(QStringLiteral("Ann One-Phone"), {QStringLiteral("TEL;TYPE=CELL:+3725550001")}),
+            vcard(QStringLiteral("Bob Phone-And-Mail"),
+                  {QStringLiteral("TEL;TYPE=CELL:+3725550002"),
+                   QStringLiteral("EMAIL;TYPE=INTERNET:bob@example.org")}),
+            vcard(QStringLiteral("Cid No-Address"), {QStringLiteral("NOTE:met at the harbour")}),
+            vcard(QStringLiteral("Dan One-Mail"), {QStringLiteral("EMAIL:dan@example.org")}),
+            vcard(QStringLiteral("Eve Two-Phones"), {QStringLiteral("TEL;TYPE=HOME:+3726000001"),
+                                                     QStringLiteral("TEL;TYPE=WORK:+3726000002")}),
+            vcard(QStringLiteral("Õie Ümarik"), {QStringLiteral("TEL:+3725550099")}),
+        };
+        QVERIFY2(m_eds.addContacts(contacts), qPrintable(m_eds.errorString()));
+    }
+
+    void initializeConnectsToRegistry()
+    {
+        CLogCapture log;
+        QSignalSpy spy(CAddressBook::instance(), &CAddressBook::initialized);
+        CAddressBook::instance()->initialize();
+        QTRY_COMPARE_WITH_TIMEOUT(spy.count(), 1, 20000);
+        QVERIFY2(spy.at(0).at(0).toBool(), qPrintable(spy.at(0).at(1).toString()));
+        QVERIFY(!log.contains(QStringLiteral("main: osso abook initialization failed!")));
+    }
+
+    void choose_data()
+    {
+        QTest::addColumn<QStringList>("chosen");     // empty: nothing selected
+        QTest::addColumn<QString>("chooserAction");  // "ok" or "cancel"
+        QTest::addColumn<int>("detailRow");          // -1: no detail dialog expected
+        QTest::addColumn<QString>("detailAction");   // "ok", "ok-none", "cancel"
+        QTest::addColumn<QString>("result");
+        QTest::addColumn<QStringList>("logLines");
+
+        QTest::newRow("one phone")
+            << QStringList{"Ann One-Phone"} << "ok" << -1 << ""
+            << "+3725550001" << QStringList{kPrefix + "total amount of phones/emails = 1"};
+        QTest::newRow("one e-mail")
+            << QStringList{"Dan One-Mail"} << "ok" << -1 << ""
+            << "dan@example.org" << QStringList{kPrefix + "total amount of phones/emails = 1"};
+        QTest::newRow("phone and e-mail, pick e-mail")
+            << QStringList{"Bob Phone-And-Mail"} << "ok" << 1 << "ok"
+            << "bob@example.org" << QStringList{kPrefix + "total amount of phones/emails = 2"};
+        QTest::newRow("two phones, pick first")
+            << QStringList{"Eve Two-Phones"} << "ok" << 0 << "ok"
+            << "+3726000001" << QStringList{kPrefix + "total amount of phones/emails = 2"};
+        QTest::newRow("detail cancelled")
+            << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "cancel"
+            << "" << QStringList{kPrefix + "details GTK_RESPONSE_DELETE_EVENT nothing selected"};
+        QTest::newRow("detail without selection")
+            << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "ok-none"
+            << "" << QStringList{kPrefix + "can't get selected field from details!"};
+        QTest::newRow("neither phone nor e-mail")
+            << QStringList{"Cid No-Address"} << "ok" << -1 << ""
+            << ""
+            << QStringList{kPrefix + "total amount of phones/emails = 0",
+                           kPrefix + "contact has no phones/emails!"};
+        QTest::newRow("several chosen: the first shown")
+            << QStringList{"Eve Two-Phones", "Ann One-Phone"} << "ok" << -1 << ""
+            << "+3725550001" << QStringList{kPrefix + "total amount of phones/emails = 1"};
+        QTest::newRow("chooser cancelled")
+            << QStringList{"Ann One-Phone"} << "cancel" << -1 << ""
+            << "" << QStringList{kPrefix + "chooser GTK_RESPONSE_DELETE_EVENT nothing selected"};
+        QTest::newRow("chooser without selection")
+            << QStringList() << "ok" << -1 << ""
+            << "" << QStringList{kPrefix + "nothing selected"};
+        QTest::newRow("non-ASCII name")
+            << QStringList{"Õie Ümarik"} << "ok" << -1 << ""
+            << "+3725550099" << QStringList{kPrefix + "total amount of phones/emails = 1"};
+    }
+
+    void choose()
+    {
+        QFETCH(QStringList, chosen);
+        QFETCH(QString, chooserAction);
+        QFETCH(int, detailRow);
+        QFETCH(QString, detailAction);
+        QFETCH(QString, result);
+        QFETCH(QStringList, logLines);
+
+        CLogCapture log;
+        CContactChooser chooser;
+        QSignalSpy finished(&chooser, &CContactChooser::finished);
+        CContactChooserDialog* dialog = openChooser(chooser);
+        QVERIFY(dialog);
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("Choose a contact"));
+        QCOMPARE(dialog->visibleCount(), 6);
+        dialog->selectByName(chosen);
+        QCOMPARE(dialog->selectedContacts().size(), chosen.size());
+        if (chooserAction == QLatin1String("ok")) {
+            dialog->accept();
+        } else {
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        }
+        if (detailRow >= 0) {
+            QTRY_VERIFY(chooser.detailDialog() && chooser.detailDialog()->isVisible());
+            CContactDetailDialog* detail = chooser.detailDialog();
+            QCOMPARE(detail->listWidget()->count(), 2);
+            QCOMPARE(finished.count(), 0);
+            if (detailAction == QLatin1String("cancel")) {
+                detail->reject();
+            } else {
+                if (detailAction == QLatin1String("ok")) {
+                    detail->selectRow(detailRow);
+                } else {
+                    detail->listWidget()->clearSelection();
+                }
+                detail->accept();
+            }
+        }
+        QTRY_COMPARE(finished.count(), 1);
+        QCOMPARE(finished.at(0).at(0).toString(), result);
+        QCOMPARE(chooser.result(), result);
+        if (detailRow < 0) {
+            QVERIFY(!chooser.detailDialog());
+        }
+        for (const QString& line : logLines) {
+            QVERIFY2(log.count(line) == 1, qPrintable(line + " in\n" + log.lines().join('\n')));
+        }
+    }
+
+    void searchFiltersByNameAndAddress_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("shown");
+        QTest::newRow("name, any case") << "bob" << 1;
+        QTest::newRow("phone digits") << "550001" << 1;
+        QTest::newRow("e-mail domain") << "example.org" << 2;
+        QTest::newRow("shared prefix") << "+372" << 4;
+        QTest::newRow("non-ASCII, other case") << "õie" << 1;
+        QTest::newRow("nothing") << "zzz" << 0;
+        QTest::newRow("cleared") << "" << 6;
+    }
+
+    void searchFiltersByNameAndAddress()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, shown);
+        CContactChooser chooser;
+        CContactChooserDialog* dialog = openChooser(chooser);
+        QVERIFY(dialog);
+        bool ascii = true;
+        for (const QChar c : text) {
+            ascii = ascii && c.unicode() < 0x80;
+        }
+        if (ascii) {
+            QTest::keyClicks(dialog->searchField(), text);
+        } else {
+            dialog->searchField()->insert(text);  // QTest types ASCII only
+        }
+        QCOMPARE(dialog->visibleCount(), shown);
+        QCOMPARE(dialog->statusLabel()->isVisible(), shown == 0);
+        if (shown == 0) {
+            QCOMPARE(dialog->statusLabel()->text(), QStringLiteral("No contacts"));
+        }
+        dialog->reject();
+        QTRY_VERIFY(chooser.isFinished());
+    }
+
+    // The blocking form waits in a local event loop: timers keep firing.
+    void chooseBlocksWithoutFreezing()
+    {
+        int ticks = 0;
+        QTimer ticker;
+        connect(&ticker, &QTimer::timeout, this, [&ticks]() { ++ticks; });
+        ticker.start(10);
+        QTimer driver;
+        connect(&driver, &QTimer::timeout, this, [&]() {
+            auto* dialog = qobject_cast<CContactChooserDialog*>(QApplication::activeModalWidget());
+            if (dialog && dialog->isLoaded() && ticks > 5) {
+                dialog->selectByName({QStringLiteral("Dan One-Mail")});
+                dialog->accept();
+            }
+        });
+        driver.start(20);
+        QCOMPARE(CContactChooser::choose(), QStringLiteral("dan@example.org"));
+        QVERIFY(ticks > 5);
+    }
+
+    void dialogsLookRight()
+    {
+        const QString dir = qEnvironmentVariable("TARVIK_SCREENSHOT_DIR");
+        CContactChooser chooser;
+        CContactChooserDialog* dialog = openChooser(chooser);
+        QVERIFY(dialog);
+        dialog->selectByName({QStringLiteral("Bob Phone-And-Mail")});
+        QVERIFY(!dialog->grab().isNull());
+        if (!dir.isEmpty()) {
+            dialog->grab().save(dir + QStringLiteral("/contact-chooser.png"));
+        }
+        dialog->accept();
+        QTRY_VERIFY(chooser.detailDialog() && chooser.detailDialog()->isVisible());
+        chooser.detailDialog()->selectRow(0);
+        if (!dir.isEmpty()) {
+            chooser.detailDialog()->grab().save(dir + QStringLiteral("/contact-detail.png"));
+        }
+        QCOMPARE(chooser.detailDialog()->windowTitle(), QStringLiteral("Bob Phone-And-Mail"));
+        QCOMPARE(chooser.detailDialog()->listWidget()->item(1)->text(),
+                 QStringLiteral("E-mail: bob@example.org"));
+        chooser.detailDialog()->accept();
+        QTRY_COMPARE(chooser.result(), QStringLiteral("+3725550002"));
+    }
+
+    // Thousands of contacts: read from the address book off the GUI thread, and
+    // every key press in the search field filters them quickly.
+    void manyContacts()
+    {
+        QStringList many;
+        for (int i = 0; i < 3000; ++i) {
+            many.append(vcard(QStringLiteral("Person %1").arg(i, 4, 10, QLatin1Char('0')),
+                              {QStringLiteral("TEL:+37250%1").arg(i, 5, 10, QLatin1Char('0'))}));
+        }
+        QVERIFY2(m_eds.addContacts(many), qPrintable(m_eds.errorString()));
+        CContactChooser chooser;
+        QElapsedTimer clock;
+        clock.start();
+        CContactChooserDialog* dialog = openChooser(chooser);
+        QVERIFY(dialog);
+        const qint64 loadMs = clock.elapsed();
+        QCOMPARE(dialog->visibleCount(), 3006);
+        qint64 slowest = 0;
+        for (const QChar c : QStringLiteral("person 12")) {
+            clock.restart();
+            QTest::keyClick(dialog->searchField(), c.toLatin1());
+            QCoreApplication::processEvents();
+            slowest = qMax(slowest, clock.elapsed());
+        }
+        QCOMPARE(dialog->visibleCount(), 100);  // Person 1200 .. Person 1299
+        qInfo("3006 contacts: shown after %lld ms, slowest key press %lld ms", loadMs, slowest);
+        QVERIFY2(slowest < 250, qPrintable(QString::number(slowest)));
+        dialog->reject();
+        QTRY_VERIFY(chooser.isFinished());
+    }
+};
+
+QTEST_MAIN(TestContactChooser)
+#include "tst_ccontactchooser.moc"
