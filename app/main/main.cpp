@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDBusConnection>
 
+#include "capplicationstyle.h"
 #include "casynctstorage.h"
 #include "clogwriter.h"
 #include "cmainwindow.h"
@@ -28,6 +29,7 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     CQuitOnSignal quitOnSignal;
     initUiResources();
+    CApplicationStyle::install();
 
     Tarvik::DBusObject::instance();
 

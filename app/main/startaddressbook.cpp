@@ -1,8 +1,17 @@
 #include "startaddressbook.h"
 
+#if defined(TARVIK_HAVE_CONTACTS)
+#include "caddressbook.h"
+#endif
+
 bool startAddressBook()
 {
-    // The contacts module connects to the address book when it is built into the client;
-    // without it there is nothing to start.
+#if defined(TARVIK_HAVE_CONTACTS)
+    // Connects in the background; the address book logs its own failure.
+    Dravo::CAddressBook::instance()->initialize();
     return true;
+#else
+    // Built without the contacts module: nothing to connect to.
+    return true;
+#endif
 }

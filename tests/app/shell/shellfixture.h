@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "capplicationstyle.h"
 #include "casynctstorage.h"
 #include "cformfactory.h"
 #include "cplaceholderform.h"
@@ -97,6 +98,7 @@ public:
         qputenv("HOME", m_tmpHome.path().toLocal8Bit());
         previousHandler() = qInstallMessageHandler(&captureHandler);
         Dravo::initUiResources();
+        Dravo::CApplicationStyle::install();
         m_peer = QDBusConnection::connectToBus(m_buses.session().address(), "daemon");
         Tarvik::DBusObject::instance();
         Dravo::CAsyncTStorage* pStorage = Dravo::CAsyncTStorage::getInstance(1);
