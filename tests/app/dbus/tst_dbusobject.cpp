@@ -11,7 +11,7 @@
 #include "comqeltarvikdaemoninterface.h"
 #include "cprivatebus.h"
 #include "dbusobject.h"
-#include "expectedintrospection.h"
+#include "expectedbusxml.h"
 
 using Tarvik::DBusObject;
 

@@ -12,7 +12,7 @@
 #include <QTest>
 
 #include "cprivatebus.h"
-#include "expectedintrospection.h"
+#include "expectedbusxml.h"
 
 using Dravo::Test::binaryPath;
 using Dravo::Test::CHelperProcess;
