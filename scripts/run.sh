@@ -73,10 +73,10 @@ fi
 pids=()
 cleanup() {
   local i
+  # Newest first, one at a time: the client says ApplicationClosed while the simulator
+  # and the bus are still there to hear it.
   for ((i = ${#pids[@]} - 1; i >= 0; i--)); do
     kill "${pids[$i]}" 2>/dev/null || true
-  done
-  for ((i = ${#pids[@]} - 1; i >= 0; i--)); do
     wait "${pids[$i]}" 2>/dev/null || true
   done
   if [ -n "${bus_pid:-}" ]; then
