@@ -184,6 +184,27 @@ private Q_SLOTS:
         }
     }
 
+    // The platform default (geoclue2) never answers without a system bus: the
+    // engine's own give-up timer must end the request.
+    void defaultSourceWithoutGeoclueGivesUp()
+    {
+        Test::CLogCapture log;
+        const QByteArray savedBus = qgetenv("DBUS_SYSTEM_BUS_ADDRESS");
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/tarvik-test-bus");
+        CLocationEngine engine(timings(800, 100));
+        CLocationProvider provider(nullptr, &engine);
+        QSignalSpy spy(&provider, &CLocationProvider::onLocation);
+        provider.requestLocation();
+        QTRY_COMPARE_WITH_TIMEOUT(spy.count(), 1, 5000);
+        QVERIFY(!answerOf(spy).isValid());
+        QVERIFY(!engine.isRunning());
+        if (savedBus.isEmpty()) {
+            qunsetenv("DBUS_SYSTEM_BUS_ADDRESS");
+        } else {
+            qputenv("DBUS_SYSTEM_BUS_ADDRESS", savedBus);
+        }
+    }
+
     void missingFileGivesInvalidAtOnce()
     {
         Test::CLogCapture log;

@@ -13,10 +13,12 @@ using namespace Dravo::Test;
 
 namespace {
 
-const QString kConnected = QStringLiteral("CConnectionManager::my_connection_handler "
-                                          "CON_IC_STATUS_CONNECTED");
-const QString kDisconnected = QStringLiteral("CConnectionManager::my_connection_handler "
-                                             "CON_IC_STATUS_DISCONNECTED");
+const QString kConnected = QStringLiteral(
+    "CConnectionManager::my_connection_handler "
+    "CON_IC_STATUS_CONNECTED");
+const QString kDisconnected = QStringLiteral(
+    "CConnectionManager::my_connection_handler "
+    "CON_IC_STATUS_DISCONNECTED");
 const QString kErrorNone =
     QStringLiteral("CConnectionManager::my_connection_handler CON_IC_CONNECTION_ERROR_NONE");
 const QString kErrorFailed = QStringLiteral(
@@ -72,7 +74,10 @@ private Q_SLOTS:
                 [this]() { m_lstEvents.append(QStringLiteral("D")); });
     }
 
-    void init() { m_lstEvents.clear(); }
+    void init()
+    {
+        m_lstEvents.clear();
+    }
 
 #if !defined(TARVIK_BUS_SITUATION_NetworkManager)
     // Without NetworkManager (or without any system bus) the request is still
@@ -115,12 +120,11 @@ private Q_SLOTS:
     // (local, site, asleep) count as down. Each row ends online again.
     void changesAreReported_data()
     {
-        QTest::addColumn<QList<uint>>("states");
+        QTest::addColumn<QList<uint> >("states");
         QTest::addColumn<QStringList>("events");
         QTest::newRow("down, up") << QList<uint>{20, 70} << QStringList{"D", "C"};
         QTest::newRow("asleep, up") << QList<uint>{10, 70} << QStringList{"D", "C"};
-        QTest::newRow("local, site, up")
-            << QList<uint>{50, 60, 70} << QStringList{"D", "C"};
+        QTest::newRow("local, site, up") << QList<uint>{50, 60, 70} << QStringList{"D", "C"};
         QTest::newRow("flapping") << QList<uint>{20, 70, 20, 70, 30, 70}
                                   << QStringList{"D", "C", "D", "C", "D", "C"};
     }
@@ -213,8 +217,8 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(m_lstEvents, QStringList{QStringLiteral("D")}, 5000);
         QVERIFY(m_fakes.start(binaryPath(QStringLiteral("tarvik-fakes")),
                               {QStringLiteral("--nm"), QStringLiteral("online")}));
-        QTRY_COMPARE_WITH_TIMEOUT(m_lstEvents, (QStringList{QStringLiteral("D"),
-                                                            QStringLiteral("C")}), 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(m_lstEvents,
+                                  (QStringList{QStringLiteral("D"), QStringLiteral("C")}), 5000);
     }
 
     void quitStopsReporting()

@@ -187,26 +187,6 @@ private Q_SLOTS:
         QVERIFY(log.contains(
             QStringLiteral("CViewTarvikForm::onBtnViewRouteClick: Exit offline mode: Yes")));
     }
-
-    void promptLooksRight()
-    {
-        CHelperProcess helper;
-        QVERIFY(helper.start(binaryPath(QStringLiteral("tarvik-fakes")),
-                             {QStringLiteral("--mce"), QStringLiteral("offline")}));
-        CDeviceModeGuard guard(kPrefix);
-        guard.start();
-        QTRY_VERIFY(guard.prompt());
-        QMessageBox* box = guard.prompt();
-        QTRY_VERIFY(box->isVisible());
-        const QString path = qEnvironmentVariable("TARVIK_SCREENSHOT_DIR");
-        if (!path.isEmpty()) {
-            box->grab().save(path + QStringLiteral("/exit-offline-mode.png"));
-        }
-        QVERIFY(!box->grab().isNull());
-        box->reject();
-        QTRY_VERIFY(guard.isFinished());
-        QVERIFY(!guard.mayProceed());
-    }
 };
 
 QTEST_MAIN(TestDeviceModeGuard)
