@@ -21,10 +21,8 @@ CAnimation::CAnimation(const Descriptor& descriptor, QObject* parent)
 }
 
 CAnimation::CAnimation(const QString& strPath, int iFramesCount, int iInterval, QObject* parent)
-    : QObject(parent), m_iFramesCount(1), m_iCurrentFrame(0)
+    : CAnimation(Descriptor(strPath, iFramesCount, iInterval), parent)
 {
-    connect(&m_timer, &QTimer::timeout, this, &CAnimation::onTimeout);
-    load(strPath, iFramesCount, iInterval);
 }
 
 bool CAnimation::load(const Descriptor& descriptor)

@@ -1,18 +1,14 @@
 #include "ctwlabel.h"
 
-#include <QPainter>
-#include <QResizeEvent>
-
 namespace Dravo {
 
-CTWLabel::CTWLabel(QWidget* parent, Qt::WindowFlags flags)
-    : QLabel(parent, flags), m_bBusy(false), m_animation(CAnimation::PROGRESS_ANIMATION)
+CTWLabel::CTWLabel(QWidget* parent, Qt::WindowFlags flags) : CTWSkinned<QLabel>(parent, flags)
 {
     init();
 }
 
 CTWLabel::CTWLabel(const QString& strText, QWidget* parent, Qt::WindowFlags flags)
-    : QLabel(strText, parent, flags), m_bBusy(false), m_animation(CAnimation::PROGRESS_ANIMATION)
+    : CTWSkinned<QLabel>(strText, parent, flags)
 {
     init();
 }
@@ -20,32 +16,14 @@ CTWLabel::CTWLabel(const QString& strText, QWidget* parent, Qt::WindowFlags flag
 void CTWLabel::init()
 {
     setAutoFillBackground(false);
-    connect(&m_animation, &CAnimation::frameChanged, this, &CTWLabel::onAnimationFrameChanged);
-}
-
-void CTWLabel::setBrush(const QBrush& brush)
-{
-    m_brush = brush;
-    update();
-}
-
-void CTWLabel::setSkin(const CSkin& skin)
-{
-    m_skin = skin;
-    m_skin.resize(rect());
-    update();
+    connect(m_busy.animation(), &CAnimation::frameChanged, this,
+            &CTWLabel::onAnimationFrameChanged);
 }
 
 void CTWLabel::setBusy(bool bBusy)
 {
-    if (m_bBusy == bBusy)
-        return;
-    m_bBusy = bBusy;
-    if (m_bBusy)
-        m_animation.start();
-    else
-        m_animation.stop();
-    update();
+    if (m_busy.setBusy(bBusy))
+        update();
 }
 
 void CTWLabel::onAnimationFrameChanged()
@@ -57,26 +35,14 @@ void CTWLabel::paintEvent(QPaintEvent* event)
 {
     {
         QPainter painter(this);
-        if (m_skin.hasScaledImage())
-            painter.drawImage(rect(), m_skin.scaledImage(), m_skin.scaledImage().rect());
-        else
-            painter.fillRect(rect(), m_brush);
+        paintBackground(painter);
     }
+    // The text goes over the background and under the busy indicator.
     QLabel::paintEvent(event);
-    if (m_bBusy) {
-        const QRect frame = m_animation.frameRect();
-        if (frame.isValid()) {
-            QPainter painter(this);
-            m_animation.draw(
-                &painter, QPoint((width() - frame.width()) / 2, (height() - frame.height()) / 2));
-        }
+    if (m_busy.isShown()) {
+        QPainter painter(this);
+        m_busy.draw(painter, rect());
     }
-}
-
-void CTWLabel::resizeEvent(QResizeEvent* event)
-{
-    QWidget::resizeEvent(event);
-    m_skin.resize(rect());
 }
 
 }  // namespace Dravo

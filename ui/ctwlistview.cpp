@@ -6,41 +6,24 @@
 
 namespace Dravo {
 
-CTWListView::CTWListView(QWidget* parent)
-    : QListView(parent), m_bBusy(false), m_animation(CAnimation::PROGRESS_ANIMATION)
-{
-    init();
-}
+CTWListView::CTWListView(QWidget* parent) : CTWListView(QString(), parent) {}
 
 CTWListView::CTWListView(const QString& strEmptyText, QWidget* parent)
-    : QListView(parent),
-      m_bBusy(false),
-      m_animation(CAnimation::PROGRESS_ANIMATION),
-      m_strEmptyText(strEmptyText)
-{
-    init();
-}
-
-void CTWListView::init()
+    : QListView(parent), m_strEmptyText(strEmptyText)
 {
     setResizeMode(QListView::Adjust);
     viewport()->setAutoFillBackground(false);
     setFrameShape(QFrame::NoFrame);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setFocusPolicy(Qt::NoFocus);
-    connect(&m_animation, &CAnimation::frameChanged, this, &CTWListView::onAnimationFrameChanged);
+    connect(m_busy.animation(), &CAnimation::frameChanged, this,
+            &CTWListView::onAnimationFrameChanged);
 }
 
 void CTWListView::setBusy(bool bBusy)
 {
-    if (m_bBusy == bBusy)
-        return;
-    m_bBusy = bBusy;
-    if (m_bBusy)
-        m_animation.start();
-    else
-        m_animation.stop();
-    viewport()->update();
+    if (m_busy.setBusy(bBusy))
+        viewport()->update();
 }
 
 void CTWListView::setEmptyText(const QString& strEmptyText)
@@ -57,13 +40,10 @@ void CTWListView::onAnimationFrameChanged()
 void CTWListView::paintEvent(QPaintEvent* event)
 {
     QListView::paintEvent(event);
-    const QRect frame = m_animation.frameRect();
-    if (m_bBusy && frame.isValid()) {
+    if (m_busy.isShown()) {
         QPainter painter(viewport());
-        const QRect area = viewport()->rect();
-        painter.fillRect(area, QColor(0, 0, 0, 150));
-        m_animation.draw(&painter, QPoint((area.width() - frame.width()) / 2,
-                                          (area.height() - frame.height()) / 2));
+        painter.fillRect(viewport()->rect(), QColor(0, 0, 0, 150));
+        m_busy.draw(painter, viewport()->rect());
     } else if (model() && model()->rowCount(rootIndex()) == 0 && !m_strEmptyText.isEmpty()) {
         QPainter painter(viewport());
         painter.setPen(Qt::white);
@@ -82,7 +62,7 @@ void CTWListView::resizeEvent(QResizeEvent* event)
 
 void CTWListView::keyPressEvent(QKeyEvent* event)
 {
-    if (m_bBusy) {
+    if (m_busy.isBusy()) {
         event->ignore();
         return;
     }
@@ -91,7 +71,7 @@ void CTWListView::keyPressEvent(QKeyEvent* event)
 
 bool CTWListView::viewportEvent(QEvent* event)
 {
-    if (m_bBusy) {
+    if (m_busy.isBusy()) {
         switch (event->type()) {
             case QEvent::ContextMenu:
             case QEvent::MouseButtonPress:

@@ -2,7 +2,7 @@
 
 #include <QListView>
 
-#include "canimation.h"
+#include "cbusyindicator.h"
 
 namespace Dravo {
 
@@ -16,10 +16,10 @@ public:
     CTWListView(const QString& strEmptyText, QWidget* parent = nullptr);
 
     void setBusy(bool bBusy);
-    bool isBusy() const { return m_bBusy; }
+    bool isBusy() const { return m_busy.isBusy(); }
     void setEmptyText(const QString& strEmptyText);
     const QString& emptyText() const { return m_strEmptyText; }
-    CAnimation* animation() { return &m_animation; }
+    CAnimation* animation() { return m_busy.animation(); }
 
 public slots:
     void onAnimationFrameChanged();
@@ -32,10 +32,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void init();
-
-    bool m_bBusy;
-    CAnimation m_animation;
+    CBusyIndicator m_busy;
     QString m_strEmptyText;
 };
 
