@@ -1,8 +1,6 @@
-#include <QtTest>
-
 #include <QLayout>
 #include <QLineEdit>
-#include <QPushButton>
+#include <QtTest>
 
 #include "cformstack.h"
 
@@ -10,20 +8,17 @@ using namespace Dravo;
 
 namespace {
 
-// A form with one button whose handler obeys the lock and may close the form.
+// A form whose handler obeys the lock and asks m_iCloseRequests times to be closed. Its line
+// edit would take the focus if the form did not hand it to its focus holder.
 class CTestForm : public CForm
 {
-    Q_OBJECT
 public:
     CTestForm(const QString& strTitle, bool bPopup, QWidget* parent)
         : CForm(parent), m_strTitle(strTitle), m_bPopup(bPopup)
     {
-        m_pButton = new QPushButton(QStringLiteral("Close"), this);
-        layout()->addWidget(m_pButton);
-        m_pEdit = new QLineEdit(this);
-        layout()->addWidget(m_pEdit);
-        connect(m_pButton, &QPushButton::clicked, this, &CTestForm::onBtnCloseClick);
+        layout()->addWidget(new QLineEdit(this));
     }
+
     QString title() const override { return m_strTitle; }
     bool showsFormBelow() const override { return m_bPopup; }
     void setTitle(const QString& strTitle)
@@ -32,14 +27,6 @@ public:
         emit updateTitle(this);
     }
 
-    QPushButton* m_pButton;
-    QLineEdit* m_pEdit;
-    int m_iAccepted = 0;
-    int m_iCloseRequests = 1;
-    bool m_bStillHereAfterRequest = false;
-    bool m_bStillInStackAfterRequest = false;
-
-public slots:
     void onBtnCloseClick()
     {
         if (buttonsLocked())
@@ -49,14 +36,14 @@ public slots:
         for (int i = 0; i < m_iCloseRequests; ++i)
             emit closeForm(true, this);
         // The stack must not act before the handler has returned.
-        CFormStack* pStack = qobject_cast<CFormStack*>(parentWidget());
-        m_bStillInStackAfterRequest = pStack && pStack->indexOf(this) >= 0;
-        m_bStillHereAfterRequest = m_pButton->isVisible();
+        m_bInStackAfterRequest = qobject_cast<CFormStack*>(parentWidget())->indexOf(this) >= 0;
     }
 
-private:
     QString m_strTitle;
     bool m_bPopup;
+    int m_iAccepted = 0;
+    int m_iCloseRequests = 1;
+    bool m_bInStackAfterRequest = false;
 };
 
 }  // namespace
@@ -65,284 +52,168 @@ class tst_FormStack : public QObject
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
-    void showAndTitle();
-    void nullFormIgnored();
-    void focusHolderTakesFocus();
-    void queuedCloseFromButtonHandler();
-    void secondQueuedCloseOfDeletedForm();
-    void closeDeletingOrKeeping_data();
-    void closeDeletingOrKeeping();
-    void closeFormBelowTop();
-    void closeOnlyFormReportsNoTitle();
-    void belowFormRule();
-    void titleSignalOnlyForCurrentForm();
-    void formShowsFormThroughStack();
-    void buttonLock();
-    void stackDeletesForms();
+    void init()
+    {
+        m_pStack = new CFormStack;
+        m_pStack->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_pStack));
+    }
+
+    void cleanup() { delete m_pStack; }
+
+    void showFormAndFocus()
+    {
+        QSignalSpy titleSpy(m_pStack, &CFormStack::onTitleUpdate);
+        m_pStack->showForm(nullptr);
+        m_pStack->closeForm(true);
+        m_pStack->updateTitle(nullptr);
+        QCOMPARE(m_pStack->count(), 0);
+        QCOMPARE(titleSpy.count(), 0);
+
+        CTestForm* pForm = show("Compose");
+        QCOMPARE(m_pStack->currentTitle(), QStringLiteral("Compose"));
+        QCOMPARE(titleSpy.count(), 1);
+        // The invisible focus holder, not the line edit, has the focus.
+        QVERIFY(pForm->focusWidget());
+        QCOMPARE(pForm->focusWidget()->maximumSize(), QSize(0, 0));
+    }
+
+    void queuedCloseFromButtonHandler_data()
+    {
+        QTest::addColumn<int>("requests");
+        QTest::addColumn<bool>("formBelow");
+        QTest::newRow("one request") << 1 << true;
+        QTest::newRow("second request for a deleted form") << 2 << true;
+        QTest::newRow("the only form") << 1 << false;
+    }
+
+    void queuedCloseFromButtonHandler()
+    {
+        QFETCH(int, requests);
+        QFETCH(bool, formBelow);
+        if (formBelow)
+            show("Menu");
+        QPointer<CTestForm> pForm = show("About", true);
+        pForm->m_iCloseRequests = requests;
+        QSignalSpy titleSpy(m_pStack, &CFormStack::onTitleUpdate);
+        if (requests > 1)
+            QTest::ignoreMessage(QtWarningMsg, "CFormStack::closeForm form is not in the stack");
+        pForm->onBtnCloseClick();
+        QVERIFY(pForm->m_bInStackAfterRequest);
+        QTRY_VERIFY(pForm.isNull());
+        QCoreApplication::processEvents();
+        QCOMPARE(m_pStack->count(), formBelow ? 1 : 0);
+        // With no form left nobody is told to change the window title.
+        QCOMPARE(titleSpy.count(), formBelow ? 1 : 0);
+        QCOMPARE(m_pStack->currentTitle(), formBelow ? QStringLiteral("Menu") : QString());
+    }
+
+    void closeDeletingOrKeeping_data()
+    {
+        QTest::addColumn<bool>("destroy");
+        QTest::addColumn<int>("named");  // the form passed of A, B, C; -1: none, so the current one
+        QTest::newRow("delete current") << true << -1;
+        QTest::newRow("delete named top") << true << 2;
+        QTest::newRow("keep current") << false << -1;
+        QTest::newRow("keep named top") << false << 2;
+        QTest::newRow("delete below the top") << true << 1;
+    }
+
+    void closeDeletingOrKeeping()
+    {
+        QFETCH(bool, destroy);
+        QFETCH(int, named);
+        const QList<QPointer<CTestForm>> forms = {show("A"), show("B"), show("C")};
+        QSignalSpy titleSpy(m_pStack, &CFormStack::onTitleUpdate);
+        m_pStack->closeForm(destroy, named < 0 ? nullptr : forms[named].data());
+        const int iClosed = named < 0 ? 2 : named;
+        QCOMPARE(forms[iClosed].isNull(), destroy);
+        QCOMPARE(m_pStack->count(), 2);
+        QCOMPARE(m_pStack->currentForm(), forms[iClosed == 2 ? 1 : 2].data());
+        QVERIFY(m_pStack->currentForm()->isVisible());
+        // Asked again even when the current form stays.
+        QCOMPARE(titleSpy.count(), 1);
+        if (!destroy) {
+            // Kept by its holder; it can be shown again.
+            m_pStack->showForm(forms[iClosed]);
+            QCOMPARE(m_pStack->currentForm(), forms[iClosed].data());
+        }
+    }
+
+    void belowFormRule()
+    {
+        QList<CTestForm*> forms;
+        auto visible = [&forms]() {
+            QStringList titles;
+            for (const CTestForm* pForm : forms)
+                if (pForm->isVisible())
+                    titles << pForm->title();
+            return titles.join(QLatin1Char(' '));
+        };
+        forms << show("A") << show("B");
+        QCOMPARE(visible(), QStringLiteral("B"));
+        forms << show("P1", true);
+        QCOMPARE(visible(), QStringLiteral("B P1"));
+        // A popup over a popup: only the form directly beneath is made visible.
+        forms << show("P2", true);
+        QCOMPARE(visible(), QStringLiteral("B P1 P2"));
+        m_pStack->closeForm(true, forms.takeLast());
+        QCOMPARE(visible(), QStringLiteral("B P1"));
+
+        // A popup alone in the stack shows nothing beneath and does no harm.
+        m_pStack->closeForm(true, forms.takeFirst());
+        m_pStack->closeForm(true, forms.takeFirst());
+        m_pStack->closeForm(false, forms.first());
+        m_pStack->showForm(forms.first());
+        QCOMPARE(visible(), QStringLiteral("P1"));
+    }
+
+    void titleSignalOnlyForCurrentForm()
+    {
+        CTestForm* pBelow = show("Inbox");
+        CTestForm* pTop = new CTestForm(QStringLiteral("Message"), false, m_pStack);
+        emit pBelow->showForm(pTop);  // carried out at once
+        QCOMPARE(m_pStack->currentForm(), pTop);
+        // Shown twice: its signals are still connected once.
+        m_pStack->closeForm(false, pTop);
+        m_pStack->showForm(pTop);
+        QSignalSpy titleSpy(m_pStack, &CFormStack::onTitleUpdate);
+        pBelow->setTitle(QStringLiteral("Inbox (3)"));
+        QCOMPARE(titleSpy.count(), 0);
+        pTop->setTitle(QStringLiteral("Message from Ann"));
+        QCOMPARE(titleSpy.count(), 1);
+        QCOMPARE(m_pStack->currentTitle(), QStringLiteral("Message from Ann"));
+        m_pStack->closeForm(true, pTop);
+        QCOMPARE(titleSpy.count(), 2);
+        QCOMPARE(m_pStack->currentTitle(), QStringLiteral("Inbox (3)"));
+    }
+
+    void buttonLock()
+    {
+        CTestForm* pForm = show("Locked");
+        pForm->m_iCloseRequests = 0;
+        QElapsedTimer clock;
+        clock.start();
+        pForm->onBtnCloseClick();
+        QTest::qWait(300);
+        pForm->onBtnCloseClick();  // dropped
+        QCOMPARE(pForm->m_iAccepted, 1);
+        QTRY_VERIFY_WITH_TIMEOUT(!pForm->buttonsLocked(), 2000);
+        QVERIFY(clock.elapsed() >= 500);
+        pForm->onBtnCloseClick();
+        QCOMPARE(pForm->m_iAccepted, 2);
+    }
 
 private:
+    CTestForm* show(const char* pTitle, bool bPopup = false)
+    {
+        CTestForm* pForm = new CTestForm(QString::fromLatin1(pTitle), bPopup, m_pStack);
+        m_pStack->showForm(pForm);
+        return pForm;
+    }
+
     CFormStack* m_pStack = nullptr;
 };
-
-void tst_FormStack::init()
-{
-    m_pStack = new CFormStack;
-    m_pStack->resize(400, 300);
-    m_pStack->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_pStack));
-}
-
-void tst_FormStack::cleanup()
-{
-    delete m_pStack;
-    m_pStack = nullptr;
-}
-
-void tst_FormStack::showAndTitle()
-{
-    QSignalSpy titleSpy(m_pStack, &CFormStack::onTitleUpdate);
-    QCOMPARE(m_pStack->currentTitle(), QString());
-    CTestForm* pForm = new CTestForm(QStringLiteral("Inbox"), false, m_pStack);
-    m_pStack->showForm(pForm);
-    QCOMPARE(m_pStack->currentForm(), pForm);
-    QCOMPARE(m_pStack->currentTitle(), QStringLiteral("Inbox"));
-    QCOMPARE(titleSpy.count(), 1);
-    QVERIFY(pForm->isVisible());
-}
-
-void tst_FormStack::nullFormIgnored()
-{
-    QSignalSpy titleSpy(m_pStack, &CFormStack::onTitleUpdate);
-    m_pStack->showForm(nullptr);
-    m_pStack->closeForm(true);
-    m_pStack->updateTitle(nullptr);
-    QCOMPARE(m_pStack->count(), 0);
-    QCOMPARE(titleSpy.count(), 0);
-}
-
-void tst_FormStack::focusHolderTakesFocus()
-{
-    CTestForm* pForm = new CTestForm(QStringLiteral("Compose"), false, m_pStack);
-    m_pStack->showForm(pForm);
-    QWidget* pFocus = pForm->focusWidget();
-    QVERIFY(pFocus);
-    QVERIFY(pFocus != pForm->m_pEdit);
-    QCOMPARE(pFocus->maximumSize(), QSize(0, 0));
-    QCOMPARE(pFocus->focusPolicy(), Qt::StrongFocus);
-}
-
-void tst_FormStack::queuedCloseFromButtonHandler()
-{
-    CTestForm* pBottom = new CTestForm(QStringLiteral("Menu"), false, m_pStack);
-    m_pStack->showForm(pBottom);
-    QPointer<CTestForm> pForm = new CTestForm(QStringLiteral("About"), false, m_pStack);
-    m_pStack->showForm(pForm);
-    QSignalSpy titleSpy(m_pStack, &CFormStack::onTitleUpdate);
-
-    QTest::mouseClick(pForm->m_pButton, Qt::LeftButton);
-    QVERIFY(!pForm.isNull());
-    QVERIFY(pForm->m_bStillInStackAfterRequest);
-    QVERIFY(pForm->m_bStillHereAfterRequest);
-    QTRY_VERIFY(pForm.isNull());
-    QCOMPARE(m_pStack->count(), 1);
-    QCOMPARE(m_pStack->currentForm(), pBottom);
-    QCOMPARE(titleSpy.count(), 1);
-    QCOMPARE(m_pStack->currentTitle(), QStringLiteral("Menu"));
-}
-
-void tst_FormStack::secondQueuedCloseOfDeletedForm()
-{
-    CTestForm* pBottom = new CTestForm(QStringLiteral("Menu"), false, m_pStack);
-    m_pStack->showForm(pBottom);
-    QPointer<CTestForm> pForm = new CTestForm(QStringLiteral("Popup"), true, m_pStack);
-    pForm->m_iCloseRequests = 2;
-    m_pStack->showForm(pForm);
-    QTest::ignoreMessage(QtWarningMsg, "CFormStack::closeForm form is not in the stack");
-    QTest::mouseClick(pForm->m_pButton, Qt::LeftButton);
-    QTRY_VERIFY(pForm.isNull());
-    QCoreApplication::processEvents();
-    // The second request closed nothing else.
-    QCOMPARE(m_pStack->count(), 1);
-    QCOMPARE(m_pStack->currentForm(), pBottom);
-}
-
-void tst_FormStack::closeDeletingOrKeeping_data()
-{
-    QTest::addColumn<bool>("destroy");
-    QTest::addColumn<bool>("passForm");
-    QTest::newRow("delete, named") << true << true;
-    QTest::newRow("delete, current") << true << false;
-    QTest::newRow("keep, named") << false << true;
-    QTest::newRow("keep, current") << false << false;
-}
-
-void tst_FormStack::closeDeletingOrKeeping()
-{
-    QFETCH(bool, destroy);
-    QFETCH(bool, passForm);
-    CTestForm* pBottom = new CTestForm(QStringLiteral("Menu"), false, m_pStack);
-    m_pStack->showForm(pBottom);
-    QPointer<CTestForm> pForm = new CTestForm(QStringLiteral("Sent"), false, m_pStack);
-    m_pStack->showForm(pForm);
-    QVERIFY(!pBottom->isVisible());
-
-    m_pStack->closeForm(destroy, passForm ? pForm.data() : nullptr);
-    QCOMPARE(pForm.isNull(), destroy);
-    QCOMPARE(m_pStack->count(), 1);
-    QCOMPARE(m_pStack->currentForm(), pBottom);
-    QVERIFY(pBottom->isVisible());
-    if (!destroy) {
-        QCOMPARE(m_pStack->indexOf(pForm), -1);
-        // Kept by its holder; it can be shown again.
-        m_pStack->showForm(pForm);
-        QCOMPARE(m_pStack->currentForm(), pForm.data());
-    }
-}
-
-void tst_FormStack::closeFormBelowTop()
-{
-    CTestForm* pA = new CTestForm(QStringLiteral("A"), false, m_pStack);
-    QPointer<CTestForm> pB = new CTestForm(QStringLiteral("B"), false, m_pStack);
-    CTestForm* pC = new CTestForm(QStringLiteral("C"), false, m_pStack);
-    m_pStack->showForm(pA);
-    m_pStack->showForm(pB);
-    m_pStack->showForm(pC);
-    QSignalSpy titleSpy(m_pStack, &CFormStack::onTitleUpdate);
-    m_pStack->closeForm(true, pB);
-    QVERIFY(pB.isNull());
-    QCOMPARE(m_pStack->currentForm(), pC);
-    QCOMPARE(m_pStack->indexOf(pA), 0);
-    QCOMPARE(m_pStack->count(), 2);
-    QCOMPARE(titleSpy.count(), 1);  // the current form is unchanged but asked again
-}
-
-void tst_FormStack::closeOnlyFormReportsNoTitle()
-{
-    CTestForm* pForm = new CTestForm(QStringLiteral("Only"), false, m_pStack);
-    m_pStack->showForm(pForm);
-    QSignalSpy titleSpy(m_pStack, &CFormStack::onTitleUpdate);
-    QTest::mouseClick(pForm->m_pButton, Qt::LeftButton);
-    QTRY_COMPARE(m_pStack->count(), 0);
-    // No form: nobody is told to change the window title, and the title read is empty.
-    QCOMPARE(titleSpy.count(), 0);
-    QCOMPARE(m_pStack->currentTitle(), QString());
-    QCOMPARE(m_pStack->currentForm(), nullptr);
-}
-
-void tst_FormStack::belowFormRule()
-{
-    CTestForm* pA = new CTestForm(QStringLiteral("A"), false, m_pStack);
-    CTestForm* pB = new CTestForm(QStringLiteral("B"), false, m_pStack);
-    CTestForm* pP1 = new CTestForm(QStringLiteral("P1"), true, m_pStack);
-    CTestForm* pP2 = new CTestForm(QStringLiteral("P2"), true, m_pStack);
-    m_pStack->showForm(pA);
-    m_pStack->showForm(pB);
-    QVERIFY(!pA->isVisible());
-    m_pStack->showForm(pP1);
-    QVERIFY(pB->isVisible());
-    QVERIFY(pP1->isVisible());
-    QVERIFY(!pA->isVisible());
-
-    // A popup over a popup: only the form directly beneath is made visible.
-    m_pStack->showForm(pP2);
-    QVERIFY(pP2->isVisible());
-    QVERIFY(pP1->isVisible());
-    QVERIFY(!pA->isVisible());
-    QCOMPARE(m_pStack->currentForm(), pP2);
-
-    // Closing the top popup: the popup beneath is current and B still shows under it.
-    m_pStack->closeForm(true, pP2);
-    QCOMPARE(m_pStack->currentForm(), pP1);
-    QVERIFY(pP1->isVisible());
-    QVERIFY(pB->isVisible());
-    QVERIFY(!pA->isVisible());
-
-    // A popup alone at the bottom of a stack shows nothing beneath and does no harm.
-    m_pStack->closeForm(true, pB);
-    m_pStack->closeForm(true, pA);
-    QCOMPARE(m_pStack->count(), 1);
-    m_pStack->closeForm(false, pP1);
-    m_pStack->showForm(pP1);
-    QVERIFY(pP1->isVisible());
-}
-
-void tst_FormStack::titleSignalOnlyForCurrentForm()
-{
-    CTestForm* pBelow = new CTestForm(QStringLiteral("Inbox"), false, m_pStack);
-    CTestForm* pTop = new CTestForm(QStringLiteral("Message"), false, m_pStack);
-    m_pStack->showForm(pBelow);
-    m_pStack->showForm(pTop);
-    QSignalSpy titleSpy(m_pStack, &CFormStack::onTitleUpdate);
-
-    pBelow->setTitle(QStringLiteral("Inbox (3)"));
-    QCOMPARE(titleSpy.count(), 0);
-    QCOMPARE(m_pStack->currentTitle(), QStringLiteral("Message"));
-
-    pTop->setTitle(QStringLiteral("Message from Ann"));
-    QCOMPARE(titleSpy.count(), 1);
-    QCOMPARE(m_pStack->currentTitle(), QStringLiteral("Message from Ann"));
-
-    m_pStack->closeForm(true, pTop);
-    QCOMPARE(titleSpy.count(), 2);
-    QCOMPARE(m_pStack->currentTitle(), QStringLiteral("Inbox (3)"));
-}
-
-void tst_FormStack::formShowsFormThroughStack()
-{
-    CTestForm* pMenu = new CTestForm(QStringLiteral("Menu"), false, m_pStack);
-    m_pStack->showForm(pMenu);
-    CTestForm* pNext = new CTestForm(QStringLiteral("Next"), false, m_pStack);
-    emit pMenu->showForm(pNext);
-    QCOMPARE(m_pStack->currentForm(), pNext);  // direct, at once
-    // Showing the same form again does not double its connections: one close, one title.
-    QSignalSpy titleSpy(m_pStack, &CFormStack::onTitleUpdate);
-    m_pStack->closeForm(false, pNext);
-    m_pStack->showForm(pNext);
-    titleSpy.clear();
-    pNext->setTitle(QStringLiteral("Renamed"));
-    QCOMPARE(titleSpy.count(), 1);
-}
-
-void tst_FormStack::buttonLock()
-{
-    CTestForm* pForm = new CTestForm(QStringLiteral("Locked"), false, m_pStack);
-    pForm->m_iCloseRequests = 0;
-    m_pStack->showForm(pForm);
-    QElapsedTimer clock;
-    clock.start();
-    QTest::mouseClick(pForm->m_pButton, Qt::LeftButton);
-    QTest::mouseClick(pForm->m_pButton, Qt::LeftButton);
-    QCOMPARE(pForm->m_iAccepted, 1);
-    QVERIFY(pForm->buttonsLocked());
-    QTest::qWait(300);
-    QTest::mouseClick(pForm->m_pButton, Qt::LeftButton);
-    QCOMPARE(pForm->m_iAccepted, 1);
-    QTRY_VERIFY_WITH_TIMEOUT(!pForm->buttonsLocked(), 2000);
-    QVERIFY(clock.elapsed() >= CForm::UNLOCK_INTERVAL);
-    QTest::mouseClick(pForm->m_pButton, Qt::LeftButton);
-    QCOMPARE(pForm->m_iAccepted, 2);
-    // A press that is dropped does not extend the lock.
-    clock.restart();
-    QTest::mouseClick(pForm->m_pButton, Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(!pForm->buttonsLocked(), 2000);
-    QVERIFY(clock.elapsed() < 2 * CForm::UNLOCK_INTERVAL + 400);
-}
-
-void tst_FormStack::stackDeletesForms()
-{
-    QPointer<CTestForm> pA = new CTestForm(QStringLiteral("A"), false, m_pStack);
-    QPointer<CTestForm> pB = new CTestForm(QStringLiteral("B"), true, m_pStack);
-    m_pStack->showForm(pA);
-    m_pStack->showForm(pB);
-    delete pA.data();  // a form deleted while in the stack leaves it
-    QCOMPARE(m_pStack->count(), 1);
-    QCOMPARE(m_pStack->currentForm(), pB.data());
-    delete m_pStack;
-    m_pStack = nullptr;
-    QVERIFY(pB.isNull());
-}
 
 QTEST_MAIN(tst_FormStack)
 #include "tst_formstack.moc"
