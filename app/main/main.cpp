@@ -2,16 +2,18 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QTimer>
 
 #include "capplicationstyle.h"
 #include "casynctstorage.h"
+#include "ccontactsmodule.h"
 #include "clogwriter.h"
+#include "cmainformstack.h"
 #include "cmainwindow.h"
 #include "comqeltarvikdaemoninterface.h"
 #include "cossocontext.h"
 #include "cquitonsignal.h"
 #include "dbusobject.h"
-#include "startaddressbook.h"
 #include "uiresources.h"
 
 using namespace Dravo;
@@ -33,13 +35,20 @@ int main(int argc, char** argv)
 
     Tarvik::DBusObject::instance();
 
-    if (!startAddressBook())
-        qCritical("main: osso abook initialization failed!");
-
     // The platform's activation calls arrive from the start, like on the handset.
     COssoContext::instance();
 
     auto* pMainWindow = new CMainWindow(nullptr);
+
+    // The address book is not needed by the first screen, and its libraries take as
+    // long to map as the whole client: they are loaded on a helper thread once the main
+    // window is up (or after a few seconds when it stays hidden), and the connection
+    // follows without blocking. A failure logs "main: osso abook initialization
+    // failed!" and the client goes on without contacts.
+    const auto startAddressBook = [] { CContactsModule::instance()->loadInBackground(); };
+    QObject::connect(pMainWindow->formStack(), &CMainFormStack::signalShowMainWindow, &app,
+                     [startAddressBook] { QTimer::singleShot(500, startAddressBook); });
+    QTimer::singleShot(5000, &app, startAddressBook);
 
     CAsyncTStorage::getInstance(1)->start();
 

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QtPlugin>
+
+class QWidget;
+
+namespace Dravo {
+
+// What the client uses of the address book. The implementation links Evolution Data
+// Server's libraries, which cost about as much to load as the rest of the client
+// together, so it lives in a plugin that CContactsModule loads off the GUI thread.
+class IContactsModule
+{
+public:
+    virtual ~IContactsModule() = default;
+    // Connects to the address book in the background; a failure is logged as
+    // "main: osso abook initialization failed!".
+    virtual void initialize() = 0;
+    // Runs the contact list and, when needed, the detail selector; returns the chosen
+    // phone number or e-mail address, or empty. The event loop keeps running.
+    virtual QString choose(QWidget* pDialogParent, const QString& strLogPrefix) = 0;
+};
+
+}  // namespace Dravo
+
+#define TARVIK_CONTACTS_MODULE_IID "com.qel.tarvik.ContactsModule/1.0"
+Q_DECLARE_INTERFACE(Dravo::IContactsModule, TARVIK_CONTACTS_MODULE_IID)
