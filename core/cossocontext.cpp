@@ -104,7 +104,8 @@ void COssoContext::handleCall(const QString& interface, const QString& method,
     OssoEvent event;
     event.interface = interface;
     event.method = method;
-    qDebug("%s", qPrintable(QStringLiteral("COssoContext::DBus message ") + interface +
+    // The interface follows the prefix without a blank: log readers match the line as is.
+    qDebug("%s", qPrintable(QStringLiteral("COssoContext::DBus message") + interface +
                             QStringLiteral(", ") + method));
     for (const QVariant& argument : arguments)
         event.arguments.append(convertArgument(argument));

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QLoggingCategory>
 #include <QTimer>
 
 #include "capplicationstyle.h"
@@ -25,6 +26,9 @@ int main(int argc, char** argv)
     if (geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX"))
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
 
+    // The log is the client's trace: keep its debug lines even where the system's Qt
+    // configuration turns debug output off (QT_LOGGING_RULES, when given, still wins).
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=true"));
     if (CLogWriter::fileLoggingWanted(argc, argv))
         CLogWriter::install();
 

@@ -106,7 +106,12 @@ void CMainMenuForm::itemClicked(QListWidgetItem* pItem)
             requestSettings(true);
             break;
         case eRowFeedback:
-            QDesktopServices::openUrl(feedbackUrl());
+            // No browser, or none that takes the address: the menu stays, the log says why.
+            if (!QDesktopServices::openUrl(feedbackUrl())) {
+                qWarning("%s", qPrintable(QStringLiteral("CMainMenuForm::itemClicked: could not "
+                                                         "open the feedback page ") +
+                                          feedbackUrl().toString()));
+            }
             break;
         case eRowAbout:
             requestSettings(false);

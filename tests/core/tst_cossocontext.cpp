@@ -116,7 +116,7 @@ private Q_SLOTS:
                      qPrintable(QString("argument %1 is %2").arg(i).arg(got.typeName())));
             QCOMPARE(got, want);
         }
-        QVERIFY(g_lstLog.contains("COssoContext::DBus message org.example.Activate, open_view"));
+        QVERIFY(g_lstLog.contains("COssoContext::DBus messageorg.example.Activate, open_view"));
         QCOMPARE(g_lstLog.filter("COssoContext::DBus message Unknown type:").size(), unknownLines);
     }
 
