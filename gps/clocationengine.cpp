@@ -120,7 +120,12 @@ void CLocationEngine::onError(int error)
     if (error == QGeoPositionInfoSource::NoError) {
         return;
     }
-    qDebug() << "CLocationEngine::onError:" << error;
+    if (error == QGeoPositionInfoSource::ClosedError) {
+        // The positioning service went away or was switched off.
+        qDebug() << "CLocationEngine::onStop";
+    } else {
+        qDebug() << "CLocationEngine::onError:" << error;
+    }
     if (m_bRunning) {
         deliver(m_invalidLocation);
     }

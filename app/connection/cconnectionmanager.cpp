@@ -93,6 +93,12 @@ void CConnectionManager::loadBackend(bool networkManagerAnswered)
     if (m_strBackend == networkManager) {
         watchNetworkManager();
     }
+    if (QNetworkInformation* info = QNetworkInformation::instance()) {
+        // A change reported by the backend is newer than any state read directly
+        // (connected before the request's own handler, so that it runs first).
+        connect(info, &QNetworkInformation::reachabilityChanged, this,
+                [this]() { m_iOverride = -1; });
+    }
     m_eBackendState = eBackendReady;
     if (m_bRequestActive) {
         startRequest();

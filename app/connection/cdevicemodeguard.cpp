@@ -34,7 +34,10 @@ CDeviceModeGuard::CDeviceModeGuard(const QString& strLogPrefix, QWidget* pDialog
 
 CDeviceModeGuard::~CDeviceModeGuard()
 {
-    delete m_pBox.data();
+    if (m_pBox) {
+        m_pBox->disconnect(this);
+        delete m_pBox.data();
+    }
 }
 
 bool CDeviceModeGuard::isOfflineMode(const QString& mode)
@@ -51,7 +54,8 @@ bool CDeviceModeGuard::check(const QString& strLogPrefix, QWidget* pDialogParent
     if (!guard.isFinished()) {
         loop.exec();
     }
-    return guard.mayProceed();
+    // The loop also ends when the application quits: the action is then dropped.
+    return guard.isFinished() && guard.mayProceed();
 }
 
 void CDeviceModeGuard::start()
@@ -152,6 +156,8 @@ void CDeviceModeGuard::onModeKnown(const QString& mode, eModeSource source)
     m_pBox->setWindowModality(Qt::ApplicationModal);
     m_pBox->setAttribute(Qt::WA_DeleteOnClose, false);
     connect(m_pBox, &QMessageBox::finished, this, &CDeviceModeGuard::onPromptFinished);
+    // Deleted with its parent before the user answered: counts as No.
+    connect(m_pBox, &QObject::destroyed, this, [this]() { onAnswer(false); });
     m_pBox->show();
     Q_EMIT promptShown(m_pBox);
 }
@@ -162,6 +168,14 @@ void CDeviceModeGuard::onPromptFinished()
                      m_pBox->clickedButton() == m_pBox->button(QMessageBox::Yes);
     if (m_pBox) {
         m_pBox->deleteLater();
+    }
+    onAnswer(yes);
+}
+
+void CDeviceModeGuard::onAnswer(bool yes)
+{
+    if (m_bFinished) {
+        return;
     }
     if (yes) {
         qDebug().noquote() << m_strPrefix + QStringLiteral(": Exit offline mode: Yes");

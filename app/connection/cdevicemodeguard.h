@@ -60,6 +60,7 @@ private:
     void onNetworkManagerOwned(bool owned);
     void onModeKnown(const QString& mode, eModeSource source);
     void onPromptFinished();
+    void onAnswer(bool yes);
     void requestNormalMode();
     void finish(bool mayProceed);
 

@@ -41,8 +41,8 @@ public Q_SLOTS:
         g_free(sexp);
         if (!ok) {
             error = takeMessage(gerror);
-            // The factory may have gone away: connect again next time.
-            g_clear_object(&m_pClient);
+            // The factory or the bus may have gone away: connect again next time.
+            close();
             Q_EMIT loaded(CContactEntryList(), error);
             return;
         }
@@ -61,6 +61,7 @@ public Q_SLOTS:
     {
         g_clear_object(&m_pClient);
         g_clear_object(&m_pRegistry);
+        g_clear_object(&m_pBus);
     }
 
 Q_SIGNALS:
@@ -85,6 +86,17 @@ private:
         }
         GError* gerror = nullptr;
         if (!m_pRegistry) {
+            // libebook talks over the process's shared session-bus connection, and
+            // GLib raises SIGTERM when that bus goes away: the client must outlive it.
+            // The reference is kept: GLib forgets a shared connection nobody holds.
+            if (!m_pBus) {
+                m_pBus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &gerror);
+                if (!m_pBus) {
+                    *error = takeMessage(gerror);
+                    return false;
+                }
+                g_dbus_connection_set_exit_on_close(m_pBus, FALSE);
+            }
             m_pRegistry = e_source_registry_new_sync(nullptr, &gerror);
             if (!m_pRegistry) {
                 *error = takeMessage(gerror);
@@ -116,14 +128,16 @@ private:
         for (GList* item = e_vcard_get_attributes(E_VCARD(contact)); item; item = item->next) {
             auto* attribute = static_cast<EVCardAttribute*>(item->data);
             const QString name = QString::fromUtf8(e_vcard_attribute_get_name(attribute));
-            if (name == QLatin1String("PHOTO") || name == QLatin1String("LOGO") ||
-                name == QLatin1String("SOUND") || name == QLatin1String("KEY")) {
-                continue;  // binary data, never shown
+            // Only phone numbers and e-mail addresses are used. The others are not
+            // read: libebook warns for every multi-valued one (N, ADR, ORG) read as
+            // a single value, and some hold binary data (PHOTO).
+            if (!CContactEntry::isAddressAttribute(name)) {
+                continue;
             }
             gchar* raw = e_vcard_attribute_get_value(attribute);
             const QString value = QString::fromUtf8(raw ? raw : "");
             g_free(raw);
-            if (firstAddress.isEmpty() && CContactEntry::isAddressAttribute(name)) {
+            if (firstAddress.isEmpty()) {
                 firstAddress = value;
             }
             attributes.append({name, value});
@@ -143,6 +157,7 @@ private:
         return CContactEntry(QString::fromUtf8(uid ? uid : ""), displayName, attributes);
     }
 
+    GDBusConnection* m_pBus = nullptr;
     ESourceRegistry* m_pRegistry = nullptr;
     EBookClient* m_pClient = nullptr;
 };

@@ -18,8 +18,12 @@ CContactChooser::CContactChooser(QWidget* pDialogParent, const QString& strLogPr
 CContactChooser::~CContactChooser()
 {
     disconnect(m_loadConnection);
-    delete m_pChooser.data();
-    delete m_pDetail.data();
+    for (QDialog* dialog : {static_cast<QDialog*>(m_pChooser), static_cast<QDialog*>(m_pDetail)}) {
+        if (dialog) {
+            dialog->disconnect(this);
+            delete dialog;
+        }
+    }
 }
 
 QString CContactChooser::choose(QWidget* pDialogParent)
@@ -53,6 +57,13 @@ void CContactChooser::start()
     m_pChooser = new CContactChooserDialog(m_pDialogParent);
     m_pChooser->setWindowModality(Qt::ApplicationModal);
     connect(m_pChooser, &QDialog::finished, this, &CContactChooser::onChooserFinished);
+    // Deleted with its parent before it was answered: counts as closed.
+    connect(m_pChooser, &QObject::destroyed, this, [this]() {
+        if (!m_bFinished && !m_pDetail) {
+            log("chooser GTK_RESPONSE_DELETE_EVENT nothing selected");
+            finish(QString());
+        }
+    });
     CAddressBook* book = CAddressBook::instance();
     m_loadConnection =
         connect(book, &CAddressBook::contactsLoaded, this, &CContactChooser::onContactsLoaded);
@@ -129,6 +140,12 @@ void CContactChooser::onChooserFinished(int result)
     m_pDetail = new CContactDetailDialog(contact, m_pDialogParent);
     m_pDetail->setWindowModality(Qt::ApplicationModal);
     connect(m_pDetail, &QDialog::finished, this, &CContactChooser::onDetailFinished);
+    connect(m_pDetail, &QObject::destroyed, this, [this]() {
+        if (!m_bFinished) {
+            log("details GTK_RESPONSE_DELETE_EVENT nothing selected");
+            finish(QString());
+        }
+    });
     m_pDetail->show();
     Q_EMIT detailShown(m_pDetail);
 }

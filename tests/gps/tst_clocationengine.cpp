@@ -231,15 +231,22 @@ private Q_SLOTS:
     void sourceErrorGivesInvalid_data()
     {
         QTest::addColumn<int>("error");
-        QTest::newRow("access") << int(QGeoPositionInfoSource::AccessError);
-        QTest::newRow("closed") << int(QGeoPositionInfoSource::ClosedError);
-        QTest::newRow("unknown") << int(QGeoPositionInfoSource::UnknownSourceError);
-        QTest::newRow("timeout") << int(QGeoPositionInfoSource::UpdateTimeoutError);
+        QTest::addColumn<QString>("logLine");
+        const QString onError = QStringLiteral("CLocationEngine::onError: %1");
+        QTest::newRow("access") << int(QGeoPositionInfoSource::AccessError)
+                                << onError.arg(int(QGeoPositionInfoSource::AccessError));
+        QTest::newRow("closed: the service stopped") << int(QGeoPositionInfoSource::ClosedError)
+                                                     << QStringLiteral("CLocationEngine::onStop");
+        QTest::newRow("unknown") << int(QGeoPositionInfoSource::UnknownSourceError)
+                                 << onError.arg(int(QGeoPositionInfoSource::UnknownSourceError));
+        QTest::newRow("timeout") << int(QGeoPositionInfoSource::UpdateTimeoutError)
+                                 << onError.arg(int(QGeoPositionInfoSource::UpdateTimeoutError));
     }
 
     void sourceErrorGivesInvalid()
     {
         QFETCH(int, error);
+        QFETCH(QString, logLine);
         Test::CLogCapture log;
         CLocationEngine* engine = makeEngine(5000, 1000);
         CLocationProvider provider(nullptr, engine);
@@ -250,7 +257,7 @@ private Q_SLOTS:
         QVERIFY(!m_pSource->m_bActive);
         QTRY_COMPARE(spy.count(), 1);
         QVERIFY(!answerOf(spy).isValid());
-        QVERIFY(log.containsPrefix(QStringLiteral("CLocationEngine::onError:")));
+        QVERIFY2(log.contains(logLine), qPrintable(log.lines().join(QLatin1Char('\n'))));
     }
 
     void noSourceGivesInvalid()

@@ -59,7 +59,7 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("fakes");  // tarvik-fakes arguments; empty: no service
         QTest::addColumn<QString>("mode");
         QTest::addColumn<CDeviceModeGuard::eModeSource>("source");
-        QTest::addColumn<QString>("answer");  // "", "yes", "no", "close"
+        QTest::addColumn<QString>("answer");  // "", "yes", "no", "close", "parent gone"
         QTest::addColumn<bool>("proceed");
 
         const auto mce = CDeviceModeGuard::eSourceMce;
@@ -75,6 +75,8 @@ private Q_SLOTS:
             << QStringList{"--mce", "flight"} << "flight" << mce << "no" << false;
         QTest::newRow("MCE offline, box closed")
             << QStringList{"--mce", "offline"} << "offline" << mce << "close" << false;
+        QTest::newRow("MCE offline, parent window gone")
+            << QStringList{"--mce", "offline"} << "offline" << mce << "parent gone" << false;
         QTest::newRow("MCE asked before NetworkManager")
             << QStringList{"--mce", "normal", "--nm", "asleep"} << "normal" << mce << "" << true;
         QTest::newRow("NetworkManager asleep, yes")
@@ -101,7 +103,8 @@ private Q_SLOTS:
             QVERIFY(helper.start(binaryPath(QStringLiteral("tarvik-fakes")), fakes));
         }
         CLogCapture log;
-        CDeviceModeGuard guard(kPrefix);
+        QScopedPointer<QWidget> parent(new QWidget);
+        CDeviceModeGuard guard(kPrefix, parent.data());
         QSignalSpy finished(&guard, &CDeviceModeGuard::finished);
         guard.start();
         if (answer.isEmpty()) {
@@ -122,8 +125,10 @@ private Q_SLOTS:
                 QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
             } else if (answer == QLatin1String("no")) {
                 QTest::mouseClick(box->button(QMessageBox::No), Qt::LeftButton);
-            } else {
+            } else if (answer == QLatin1String("close")) {
                 QTest::keyClick(box, Qt::Key_Escape);
+            } else {
+                parent.reset();
             }
             QTRY_COMPARE(finished.count(), 1);
             const QString line = kPrefix + QStringLiteral(": Exit offline mode: ") +

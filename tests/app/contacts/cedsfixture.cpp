@@ -23,6 +23,11 @@ CEdsFixture::CEdsFixture() : m_bus(CPrivateBus::eSession) {}
 
 CEdsFixture::~CEdsFixture()
 {
+    stop();
+}
+
+void CEdsFixture::stop()
+{
     m_factory.stop();
     m_registry.stop();
     m_bus.stop();

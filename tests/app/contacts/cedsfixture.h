@@ -23,6 +23,8 @@ public:
 
     // Adds vCards (VERSION:3.0 bodies) to the system address book.
     bool addContacts(const QStringList& vcards);
+    // Ends the services and their session bus, as when the desktop session dies.
+    void stop();
 
 private:
     bool waitForName(const QString& name, int timeoutMs);

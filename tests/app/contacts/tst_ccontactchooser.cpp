@@ -1,3 +1,4 @@
+#include <glib.h>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QLabel>
@@ -20,6 +21,15 @@ using namespace Dravo::Test;
 namespace {
 
 const QString kPrefix = QStringLiteral("CComposeTarvikForm::onBtnContactsClick ");
+
+// Warnings of the vCard library, e.g. for multi-valued attributes read as one value.
+int g_iVCardWarnings = 0;
+
+void countVCardWarning(const gchar*, GLogLevelFlags, const gchar* message, gpointer)
+{
+    ++g_iVCardWarnings;
+    qWarning("vCard library: %s", message);
+}
 
 QString vcard(const QString& name, const QStringList& lines)
 {
@@ -53,13 +63,19 @@ private:
 private Q_SLOTS:
     void initTestCase()
     {
+        g_log_set_handler("libebook-contacts",
+                          GLogLevelFlags(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_CRITICAL),
+                          countVCardWarning, nullptr);
         QVERIFY2(m_eds.start(), qPrintable(m_eds.errorString()));
         const QStringList contacts{
             vcard(QStringLiteral("Ann One-Phone"), {QStringLiteral("TEL;TYPE=CELL:+3725550001")}),
             vcard(QStringLiteral("Bob Phone-And-Mail"),
                   {QStringLiteral("TEL;TYPE=CELL:+3725550002"),
                    QStringLiteral("EMAIL;TYPE=INTERNET:bob@example.org")}),
-            vcard(QStringLiteral("Cid No-Address"), {QStringLiteral("NOTE:met at the harbour")}),
+            vcard(QStringLiteral("Cid No-Address"),
+                  {QStringLiteral("N:No-Address;Cid;;;"), QStringLiteral("ORG:Harbour;Office"),
+                   QStringLiteral("ADR;TYPE=WORK:;;Sadama 1;Tallinn;;10111;EE"),
+                   QStringLiteral("NOTE:met at the harbour")}),
             vcard(QStringLiteral("Dan One-Mail"), {QStringLiteral("EMAIL:dan@example.org")}),
             vcard(QStringLiteral("Eve Two-Phones"), {QStringLiteral("TEL;TYPE=HOME:+3726000001"),
                                                      QStringLiteral("TEL;TYPE=WORK:+3726000002")}),
@@ -81,9 +97,9 @@ private Q_SLOTS:
     void choose_data()
     {
         QTest::addColumn<QStringList>("chosen");     // empty: nothing selected
-        QTest::addColumn<QString>("chooserAction");  // "ok" or "cancel"
+        QTest::addColumn<QString>("chooserAction");  // "ok", "cancel" or "parent gone"
         QTest::addColumn<int>("detailRow");          // -1: no detail dialog expected
-        QTest::addColumn<QString>("detailAction");   // "ok", "ok-none", "cancel"
+        QTest::addColumn<QString>("detailAction");   // "ok", "ok-none", "cancel", "parent gone"
         QTest::addColumn<QString>("result");
         QTest::addColumn<QStringList>("logLines");
 
@@ -102,6 +118,9 @@ private Q_SLOTS:
         QTest::newRow("detail cancelled")
             << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "cancel"
             << "" << QStringList{kPrefix + "details GTK_RESPONSE_DELETE_EVENT nothing selected"};
+        QTest::newRow("detail: parent window gone")
+            << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "parent gone"
+            << "" << QStringList{kPrefix + "details GTK_RESPONSE_DELETE_EVENT nothing selected"};
         QTest::newRow("detail without selection")
             << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "ok-none"
             << "" << QStringList{kPrefix + "can't get selected field from details!"};
@@ -115,6 +134,9 @@ private Q_SLOTS:
             << "+3725550001" << QStringList{kPrefix + "total amount of phones/emails = 1"};
         QTest::newRow("chooser cancelled")
             << QStringList{"Ann One-Phone"} << "cancel" << -1 << ""
+            << "" << QStringList{kPrefix + "chooser GTK_RESPONSE_DELETE_EVENT nothing selected"};
+        QTest::newRow("chooser: parent window gone")
+            << QStringList{"Ann One-Phone"} << "parent gone" << -1 << ""
             << "" << QStringList{kPrefix + "chooser GTK_RESPONSE_DELETE_EVENT nothing selected"};
         QTest::newRow("chooser without selection")
             << QStringList() << "ok" << -1 << ""
@@ -134,7 +156,8 @@ private Q_SLOTS:
         QFETCH(QStringList, logLines);
 
         CLogCapture log;
-        CContactChooser chooser;
+        QScopedPointer<QWidget> parent(new QWidget);
+        CContactChooser chooser(parent.data());
         QSignalSpy finished(&chooser, &CContactChooser::finished);
         CContactChooserDialog* dialog = openChooser(chooser);
         QVERIFY(dialog);
@@ -145,8 +168,10 @@ private Q_SLOTS:
         QCOMPARE(dialog->selectedContacts().size(), chosen.size());
         if (chooserAction == QLatin1String("ok")) {
             dialog->accept();
-        } else {
+        } else if (chooserAction == QLatin1String("cancel")) {
             QTest::keyClick(dialog, Qt::Key_Escape);
+        } else {
+            parent.reset();
         }
         if (detailRow >= 0) {
             QTRY_VERIFY(chooser.detailDialog() && chooser.detailDialog()->isVisible());
@@ -155,6 +180,8 @@ private Q_SLOTS:
             QCOMPARE(finished.count(), 0);
             if (detailAction == QLatin1String("cancel")) {
                 detail->reject();
+            } else if (detailAction == QLatin1String("parent gone")) {
+                parent.reset();
             } else {
                 if (detailAction == QLatin1String("ok")) {
                     detail->selectRow(detailRow);
@@ -170,6 +197,7 @@ private Q_SLOTS:
         if (detailRow < 0) {
             QVERIFY(!chooser.detailDialog());
         }
+        QCOMPARE(g_iVCardWarnings, 0);
         for (const QString& line : logLines) {
             QVERIFY2(log.count(line) == 1, qPrintable(line + " in\n" + log.lines().join('\n')));
         }
@@ -286,6 +314,21 @@ private Q_SLOTS:
         QVERIFY2(slowest < 250, qPrintable(QString::number(slowest)));
         dialog->reject();
         QTRY_VERIFY(chooser.isFinished());
+    }
+
+    // Runs last: the session bus dies. The process lives on (GLib's default is to
+    // raise SIGTERM) and the chooser says the address book is unavailable.
+    void sessionBusGone()
+    {
+        m_eds.stop();
+        QTest::qWait(300);
+        CContactChooser chooser;
+        CContactChooserDialog* dialog = openChooser(chooser);
+        QVERIFY(dialog);
+        QCOMPARE(dialog->statusLabel()->text(),
+                 QStringLiteral("The address book is not available."));
+        dialog->reject();
+        QTRY_COMPARE(chooser.result(), QString());
     }
 };
 
