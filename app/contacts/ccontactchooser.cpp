@@ -26,9 +26,9 @@ CContactChooser::~CContactChooser()
     }
 }
 
-QString CContactChooser::choose(QWidget* pDialogParent)
+QString CContactChooser::choose(QWidget* pDialogParent, const QString& strLogPrefix)
 {
-    CContactChooser chooser(pDialogParent);
+    CContactChooser chooser(pDialogParent, strLogPrefix);
     QEventLoop loop;
     connect(&chooser, &CContactChooser::finished, &loop, &QEventLoop::quit);
     chooser.start();

@@ -25,7 +25,9 @@ public:
 
     // Runs both steps and returns the result; the dialogs are modal and the event
     // loop keeps running meanwhile.
-    static QString choose(QWidget* pDialogParent = nullptr);
+    static QString choose(
+        QWidget* pDialogParent = nullptr,
+        const QString& strLogPrefix = QStringLiteral("CComposeTarvikForm::onBtnContactsClick"));
 
     // Opens the contact list; finished() follows exactly once.
     void start();

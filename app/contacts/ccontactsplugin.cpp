@@ -1,5 +1,4 @@
 // The contacts plugin: the address book and the chooser behind IContactsModule.
-#include <QEventLoop>
 #include <QObject>
 
 #include "caddressbook.h"
@@ -19,14 +18,7 @@ public:
 
     QString choose(QWidget* pDialogParent, const QString& strLogPrefix) override
     {
-        CContactChooser chooser(pDialogParent, strLogPrefix);
-        QEventLoop loop;
-        connect(&chooser, &CContactChooser::finished, &loop, &QEventLoop::quit);
-        chooser.start();
-        if (!chooser.isFinished()) {
-            loop.exec();
-        }
-        return chooser.result();
+        return CContactChooser::choose(pDialogParent, strLogPrefix);
     }
 };
 
