@@ -9,23 +9,31 @@ namespace Test {
 namespace {
 QMutex g_mutex;
 QStringList g_lines;
+QtMessageHandler g_forwardTo = nullptr;
 
-void captureHandler(QtMsgType, const QMessageLogContext&, const QString& message)
+void captureHandler(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
-    QMutexLocker locker(&g_mutex);
-    g_lines.append(message);
+    {
+        QMutexLocker locker(&g_mutex);
+        g_lines.append(message);
+    }
+    if (g_forwardTo) {
+        g_forwardTo(type, context, message);
+    }
 }
 }  // namespace
 
-CLogCapture::CLogCapture()
+CLogCapture::CLogCapture(bool forward)
 {
     clear();
     m_pPrevious = qInstallMessageHandler(captureHandler);
+    g_forwardTo = forward ? m_pPrevious : nullptr;
 }
 
 CLogCapture::~CLogCapture()
 {
     qInstallMessageHandler(m_pPrevious);
+    g_forwardTo = nullptr;
 }
 
 QStringList CLogCapture::lines() const

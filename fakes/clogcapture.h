@@ -7,11 +7,12 @@ namespace Dravo {
 namespace Test {
 
 // Collects every qDebug/qWarning/qCritical line while it lives, and restores the
-// previous message handler afterwards. Lines are kept exactly as logged.
+// previous message handler afterwards. Lines are kept exactly as logged; with
+// `forward` they also still reach the previous handler (the test log).
 class CLogCapture
 {
 public:
-    CLogCapture();
+    explicit CLogCapture(bool forward = false);
     ~CLogCapture();
     CLogCapture(const CLogCapture&) = delete;
     CLogCapture& operator=(const CLogCapture&) = delete;

@@ -7,20 +7,16 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <memory>
+
+#include "cbuscall.h"
+#include "clogcapture.h"
 #include "cossocontext.h"
 #include "cprivatebus.h"
 
 using Dravo::COssoContext;
 
 namespace {
-QStringList g_lstLog;
-QtMessageHandler g_pPrevious = nullptr;
-void captureHandler(QtMsgType type, const QMessageLogContext& context, const QString& message)
-{
-    g_lstLog << message;
-    if (g_pPrevious)
-        g_pPrevious(type, context, message);
-}
 }  // namespace
 
 class TestCOssoContext : public QObject
@@ -30,6 +26,7 @@ class TestCOssoContext : public QObject
 private:
     Dravo::Test::CPrivateBuses m_buses;
     QDBusConnection m_caller = QDBusConnection(QString());
+    std::unique_ptr<Dravo::Test::CLogCapture> m_pLog;
 
     // Sends one call from a second connection and waits for its reply without blocking
     // the loop that serves the context.
@@ -38,11 +35,7 @@ private:
         QDBusMessage msg = QDBusMessage::createMethodCall(
             COssoContext::serviceName(), COssoContext::objectPath(), interface, method);
         msg.setArguments(args);
-        QDBusPendingCallWatcher watcher(m_caller.asyncCall(msg, 5000));
-        QSignalSpy spy(&watcher, &QDBusPendingCallWatcher::finished);
-        if (!watcher.isFinished())
-            spy.wait(6000);
-        return watcher.reply();
+        return Dravo::Test::callAndWait(m_caller, msg);
     }
 
 private Q_SLOTS:
@@ -51,10 +44,10 @@ private Q_SLOTS:
         QVERIFY2(m_buses.start(), qPrintable(m_buses.errorString()));
         m_caller = QDBusConnection::connectToBus(m_buses.session().address(), "caller");
         QVERIFY(m_caller.isConnected());
-        g_pPrevious = qInstallMessageHandler(&captureHandler);
+        m_pLog = std::make_unique<Dravo::Test::CLogCapture>(true);
         QVERIFY(COssoContext::instance()->isInitialized());
-        QVERIFY(g_lstLog.contains("COssoContext::init: Initialization..."));
-        QVERIFY(g_lstLog.contains("COssoContext::init: Initialized"));
+        QVERIFY(m_pLog->lines().contains("COssoContext::init: Initialization..."));
+        QVERIFY(m_pLog->lines().contains("COssoContext::init: Initialized"));
         QCOMPARE(QDBusConnection::sessionBus()
                      .interface()
                      ->serviceOwner(COssoContext::serviceName())
@@ -62,7 +55,7 @@ private Q_SLOTS:
                  QDBusConnection::sessionBus().baseService());
     }
 
-    void cleanupTestCase() { qInstallMessageHandler(g_pPrevious); }
+    void cleanupTestCase() { m_pLog.reset(); }
 
     void conversion_data()
     {
@@ -99,7 +92,7 @@ private Q_SLOTS:
         QFETCH(int, unknownLines);
 
         QSignalSpy spy(COssoContext::instance(), &COssoContext::onOssoEvent);
-        g_lstLog.clear();
+        m_pLog->clear();
         const QDBusMessage reply = call("org.example.Activate", "open_view", sent);
         QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
         QVERIFY(reply.arguments().isEmpty());
@@ -116,15 +109,17 @@ private Q_SLOTS:
                      qPrintable(QString("argument %1 is %2").arg(i).arg(got.typeName())));
             QCOMPARE(got, want);
         }
-        QVERIFY(g_lstLog.contains("COssoContext::DBus messageorg.example.Activate, open_view"));
-        QCOMPARE(g_lstLog.filter("COssoContext::DBus message Unknown type:").size(), unknownLines);
+        QVERIFY(
+            m_pLog->lines().contains("COssoContext::DBus messageorg.example.Activate, open_view"));
+        QCOMPARE(m_pLog->lines().filter("COssoContext::DBus message Unknown type:").size(),
+                 unknownLines);
     }
 
     void unknownTypeLineNamesTheCode()
     {
-        g_lstLog.clear();
+        m_pLog->clear();
         QCOMPARE(COssoContext::convertArgument(QVariant::fromValue(qint64(1))), QVariant());
-        QVERIFY(g_lstLog.contains("COssoContext::DBus message Unknown type:x"));
+        QVERIFY(m_pLog->lines().contains("COssoContext::DBus message Unknown type:x"));
     }
 
     // A call on another path is not the context's: the caller gets an error and no

@@ -3,33 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-// What the client's object "/com/qel/tarvik" says about its own interfaces, byte for
-// byte, before the standard interfaces that QtDBus appends.
 namespace TarvikTest {
-inline const char* const kClientIntrospectionHead =
-    "<!DOCTYPE node PUBLIC \"-//freedesktop//DTD D-BUS Object Introspection 1.0//EN\"\n"
-    "\"http://www.freedesktop.org/standards/dbus/1.0/introspect.dtd\">\n"
-    "<node>\n"
-    "  <interface name=\"com.qel.TarvikClient\">\n"
-    "    <signal name=\"SendReceiveRequest\"/>\n"
-    "    <signal name=\"CheckConnectionRequest\"/>\n"
-    "    <signal name=\"RegistrationRequest\"/>\n"
-    "    <signal name=\"ApplicationStarted\"/>\n"
-    "    <signal name=\"ApplicationClosed\"/>\n"
-    "    <method name=\"OpenInbox\"/>\n"
-    "    <method name=\"OnMessagesReceived\"/>\n"
-    "    <method name=\"OnMessagesSent\"/>\n"
-    "    <method name=\"OnMessagesPartiallySent\"/>\n"
-    "    <method name=\"OnMessagesSendFailed\"/>\n"
-    "    <method name=\"OnRegistrationSucceed\"/>\n"
-    "    <method name=\"OnRegistrationFailed\"/>\n"
-    "    <method name=\"OnConnectionCheckSucceed\"/>\n"
-    "    <method name=\"OnConnectionCheckFailed\"/>\n"
-    "  </interface>\n"
-    "  <interface name=\"com.qel.TarvikOsso\">\n"
-    "    <method name=\"top_application\"/>\n"
-    "  </interface>\n";
-
 // The adaptors' own "D-Bus Introspection" class information.
 inline const char* const kClientAdaptorXml =
     "  <interface name=\"com.qel.TarvikClient\">\n"
@@ -53,11 +27,20 @@ inline const char* const kOssoAdaptorXml =
     "    <method name=\"top_application\"/>\n"
     "  </interface>\n";
 
+// What the client's object "/com/qel/tarvik" says about its own interfaces, byte for
+// byte, before the standard interfaces that QtDBus appends.
+inline const QString kClientIntrospectionHead =
+    QStringLiteral(
+        "<!DOCTYPE node PUBLIC \"-//freedesktop//DTD D-BUS Object Introspection 1.0//EN\"\n"
+        "\"http://www.freedesktop.org/standards/dbus/1.0/introspect.dtd\">\n"
+        "<node>\n") +
+    QLatin1String(kClientAdaptorXml) + QLatin1String(kOssoAdaptorXml);
+
 // Checks a whole introspection reply: the head exactly, then only QtDBus's standard
 // interfaces, then the closing tag. Returns an empty text when it matches.
 inline QString introspectionMismatch(const QString& xml)
 {
-    const QString head = QString::fromLatin1(kClientIntrospectionHead);
+    const QString& head = kClientIntrospectionHead;
     if (!xml.startsWith(head))
         return QStringLiteral("head differs:\n") + xml;
     const QString tail = xml.mid(head.size());

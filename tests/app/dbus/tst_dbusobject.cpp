@@ -8,6 +8,10 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <memory>
+
+#include "cbuscall.h"
+#include "clogcapture.h"
 #include "comqeltarvikdaemoninterface.h"
 #include "cprivatebus.h"
 #include "dbusobject.h"
@@ -16,15 +20,6 @@
 using Tarvik::DBusObject;
 
 namespace {
-QStringList g_lstLog;
-QtMessageHandler g_pPrevious = nullptr;
-void captureHandler(QtMsgType type, const QMessageLogContext& context, const QString& message)
-{
-    g_lstLog << message;
-    if (g_pPrevious)
-        g_pPrevious(type, context, message);
-}
-
 // Plays the daemon on the peer connection and records which methods were called.
 class FakeDaemon : public QObject
 {
@@ -53,15 +48,13 @@ private:
     Dravo::Test::CPrivateBuses m_buses;
     QDBusConnection m_peer = QDBusConnection(QString());
 
+    std::unique_ptr<Dravo::Test::CLogCapture> m_pLog;
+
     QDBusMessage call(const QString& service, const QString& path, const QString& interface,
                       const QString& method)
     {
-        QDBusMessage msg = QDBusMessage::createMethodCall(service, path, interface, method);
-        QDBusPendingCallWatcher watcher(m_peer.asyncCall(msg, 5000));
-        QSignalSpy spy(&watcher, &QDBusPendingCallWatcher::finished);
-        if (!watcher.isFinished())
-            spy.wait(6000);
-        return watcher.reply();
+        return Dravo::Test::callAndWait(
+            m_peer, QDBusMessage::createMethodCall(service, path, interface, method));
     }
 
 private Q_SLOTS:
@@ -70,10 +63,10 @@ private Q_SLOTS:
         QVERIFY2(m_buses.start(), qPrintable(m_buses.errorString()));
         m_peer = QDBusConnection::connectToBus(m_buses.session().address(), "peer");
         QVERIFY(m_peer.isConnected());
-        g_pPrevious = qInstallMessageHandler(&captureHandler);
+        m_pLog = std::make_unique<Dravo::Test::CLogCapture>(true);
         DBusObject* pObject = DBusObject::instance();
         QVERIFY(pObject);
-        QCOMPARE(g_lstLog.mid(0, 2),
+        QCOMPARE(m_pLog->lines().mid(0, 2),
                  QStringList({"Tarvik::DBusObject::DBusObject constructor start",
                               "Tarvik::DBusObject::DBusObject constructor end"}));
         QCOMPARE(m_peer.interface()->serviceOwner(DBusObject::serviceName()).value(),
@@ -85,7 +78,7 @@ private Q_SLOTS:
         }
     }
 
-    void cleanupTestCase() { qInstallMessageHandler(g_pPrevious); }
+    void cleanupTestCase() { m_pLog.reset(); }
 
     void introspection()
     {
@@ -175,12 +168,12 @@ private Q_SLOTS:
             lstNames << QString::fromLatin1(m.name());
         }
         QCOMPARE(lstSpies.size(), 15);
-        g_lstLog.clear();
+        m_pLog->clear();
 
         const QDBusMessage reply =
             call(DBusObject::serviceName(), DBusObject::objectPath(), interface, method);
         QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
-        QCOMPARE(g_lstLog, QStringList{"Tarvik::DBusObject::" + method});
+        QCOMPARE(m_pLog->lines(), QStringList{"Tarvik::DBusObject::" + method});
         for (int i = 0; i < lstSpies.size(); ++i)
             QCOMPARE(lstSpies.at(i)->count(), lstNames.at(i) == signal ? 1 : 0);
         qDeleteAll(lstSpies);
@@ -232,10 +225,10 @@ private Q_SLOTS:
             {"SendReceiveRequest", &DBusObject::EmitSendReceiveRequest},
             {"CheckConnectionRequest", &DBusObject::EmitCheckConnectionRequest}};
         m_lstBusSignals.clear();
-        g_lstLog.clear();
+        m_pLog->clear();
 
         (DBusObject::instance()->*operations.value(name))();
-        QCOMPARE(g_lstLog, QStringList{"Tarvik::DBusObject::Emit" + name});
+        QCOMPARE(m_pLog->lines(), QStringList{"Tarvik::DBusObject::Emit" + name});
         QTRY_COMPARE(m_lstBusSignals.size(), 1);
         QTest::qWait(50);
         QCOMPARE(m_lstBusSignals.size(), 1);

@@ -1,0 +1,24 @@
+#include "cbuscall.h"
+
+#include <QDBusPendingCallWatcher>
+#include <QEventLoop>
+#include <QTimer>
+
+namespace Dravo {
+namespace Test {
+
+QDBusMessage callAndWait(const QDBusConnection& connection, const QDBusMessage& message,
+                         int timeoutMs)
+{
+    QDBusPendingCallWatcher watcher(connection.asyncCall(message, timeoutMs));
+    if (!watcher.isFinished()) {
+        QEventLoop loop;
+        QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
+        QTimer::singleShot(timeoutMs + 1000, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+    return watcher.reply();
+}
+
+}  // namespace Test
+}  // namespace Dravo

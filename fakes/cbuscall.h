@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+
+namespace Dravo {
+namespace Test {
+
+// Sends `message` on `connection` and waits for the reply while the event loop keeps
+// running, so an object served by this same process can answer.
+QDBusMessage callAndWait(const QDBusConnection& connection, const QDBusMessage& message,
+                         int timeoutMs = 5000);
+
+}  // namespace Test
+}  // namespace Dravo
