@@ -14,6 +14,7 @@
 #include "comqeltarvikdaemoninterface.h"
 #include "cossocontext.h"
 #include "cquitonsignal.h"
+#include "cscreens.h"
 #include "dbusobject.h"
 #include "uiresources.h"
 
@@ -42,6 +43,7 @@ int main(int argc, char** argv)
     // The platform's activation calls arrive from the start, like on the handset.
     COssoContext::instance();
 
+    registerScreens();
     auto* pMainWindow = new CMainWindow(nullptr);
 
     // The address book is not needed by the first screen, and its libraries take as

@@ -14,6 +14,9 @@ struct Creators
     CFormFactory::FolderCreator sent;
     CFormFactory::ComposeCreator compose;
     CFormFactory::RegisterCreator reg;
+    CFormFactory::TarvikCreator view;
+    CFormFactory::TarvikCreator map;
+    CFormFactory::PopupCreator sendReceive;
 };
 
 Creators& creators()
@@ -53,10 +56,12 @@ CForm* CFormFactory::createSentForm(QWidget* pParent)
 }
 
 CForm* CFormFactory::createComposeForm(QWidget* pParent, int iType, const QString& strRecipient,
-                                       const QString& strTitle, const QString& strNote)
+                                       const QString& strTitle, const QString& strNote,
+                                       double dLatitude, double dLongitude)
 {
     if (creators().compose)
-        return creators().compose(pParent, iType, strRecipient, strTitle, strNote);
+        return creators().compose(pParent, iType, strRecipient, strTitle, strNote, dLatitude,
+                                  dLongitude);
     qDebug("CFormFactory: placeholder for the compose form");
     return new CPlaceholderForm(pParent, CTexts::sendATarvik(), CTexts::sendATarvik());
 }
@@ -73,6 +78,31 @@ CForm* CFormFactory::createRegisterForm(QWidget* pParent, int iType, const QStri
     if (!strNumber.isEmpty() || !strScreenName.isEmpty())
         strText += QStringLiteral("\n\n") + strNumber + QStringLiteral("\n") + strScreenName;
     return new CPlaceholderForm(pParent, CTexts::settings(), strText);
+}
+
+CForm* CFormFactory::createViewForm(QWidget* pParent, const CTarvik& tarvik, int iViewType)
+{
+    if (creators().view)
+        return creators().view(pParent, tarvik, iViewType);
+    qDebug("CFormFactory: placeholder for the message view");
+    return new CPlaceholderForm(pParent, CTexts::appName(), tarvik.title());
+}
+
+CForm* CFormFactory::createMapForm(QWidget* pParent, const CTarvik& tarvik, int iMapType)
+{
+    if (creators().map)
+        return creators().map(pParent, tarvik, iMapType);
+    qDebug("CFormFactory: placeholder for the map, type %d", iMapType);
+    return new CPlaceholderForm(pParent, CTexts::appName(),
+                                iMapType == eMapRoute ? CTexts::route() : CTexts::map());
+}
+
+CForm* CFormFactory::createSendReceivePopup(QWidget* pParent)
+{
+    if (creators().sendReceive)
+        return creators().sendReceive(pParent);
+    qDebug("CFormFactory: placeholder for the send/receive popup");
+    return new CPlaceholderForm(pParent, CTexts::appName(), CTexts::sendingReceivingTarviks());
 }
 
 void CFormFactory::setInboxCreator(const FolderCreator& creator)
@@ -98,6 +128,21 @@ void CFormFactory::setComposeCreator(const ComposeCreator& creator)
 void CFormFactory::setRegisterCreator(const RegisterCreator& creator)
 {
     creators().reg = creator;
+}
+
+void CFormFactory::setViewCreator(const TarvikCreator& creator)
+{
+    creators().view = creator;
+}
+
+void CFormFactory::setMapCreator(const TarvikCreator& creator)
+{
+    creators().map = creator;
+}
+
+void CFormFactory::setSendReceiveCreator(const PopupCreator& creator)
+{
+    creators().sendReceive = creator;
 }
 
 }  // namespace Dravo

@@ -4,13 +4,16 @@
 #include <functional>
 
 #include "cform.h"
+#include "ctarvik.h"
 
 namespace Dravo {
 
-// Where the shell gets the screens it opens but does not own: the folder forms, the
-// compose form and the registration form. Each creator returns a new form with the
-// given parent; the caller pushes it. Until a screen exists, its creator makes a
-// placeholder form that says so and offers Back.
+// Where the shell and the screens get the screens they open but do not own: the folder
+// forms, the message view, the compose form, the send/receive popup, the map and the
+// registration form. Each creator returns a new form with the given parent; the caller
+// pushes it. The screen libraries install their creators at start-up (registerScreens()
+// in app/screens); a creator left empty makes a placeholder form that says so and
+// offers Back, and a test may install its own to see what was asked for.
 class CFormFactory
 {
 public:
@@ -20,16 +23,36 @@ public:
         eRegisterNew = 0,
         eRegisterAgain = 1
     };
-    // Compose form modes; only a new message is opened from the shell.
+    // Compose form modes.
     enum eComposeType
     {
-        eComposeNew = 0
+        eComposeNew = 0,
+        eComposeReply = 1,
+        eComposeForward = 2
+    };
+    // Message view modes.
+    enum eViewType
+    {
+        eViewReceived = 0,
+        eViewSent = 1
+    };
+    // Map form modes: the message's position, its position without the parent form
+    // behind, and the route from the own position to it.
+    enum eMapType
+    {
+        eMapPosition = 0,
+        eMapPositionOnly = 1,
+        eMapRoute = 2
     };
 
     using FolderCreator = std::function<CForm*(QWidget* pParent)>;
-    using ComposeCreator =
-        std::function<CForm*(QWidget* pParent, int iType, const QString& strRecipient,
-                             const QString& strTitle, const QString& strNote)>;
+    // Latitude and longitude are used by a forward only.
+    using ComposeCreator = std::function<CForm*(
+        QWidget* pParent, int iType, const QString& strRecipient, const QString& strTitle,
+        const QString& strNote, double dLatitude, double dLongitude)>;
+    using TarvikCreator =
+        std::function<CForm*(QWidget* pParent, const CTarvik& tarvik, int iType)>;
+    using PopupCreator = std::function<CForm*(QWidget* pParent)>;
     using RegisterCreator = std::function<CForm*(
         QWidget* pParent, int iType, const QString& strNumber, const QString& strScreenName)>;
 
@@ -39,7 +62,11 @@ public:
     static CForm* createOutboxForm(QWidget* pParent);
     static CForm* createSentForm(QWidget* pParent);
     static CForm* createComposeForm(QWidget* pParent, int iType, const QString& strRecipient,
-                                    const QString& strTitle, const QString& strNote);
+                                    const QString& strTitle, const QString& strNote,
+                                    double dLatitude = 0.0, double dLongitude = 0.0);
+    static CForm* createViewForm(QWidget* pParent, const CTarvik& tarvik, int iViewType);
+    static CForm* createMapForm(QWidget* pParent, const CTarvik& tarvik, int iMapType);
+    static CForm* createSendReceivePopup(QWidget* pParent);
     static CForm* createRegisterForm(QWidget* pParent, int iType, const QString& strNumber,
                                      const QString& strScreenName);
 
@@ -50,6 +77,9 @@ public:
     static void setSentCreator(const FolderCreator& creator);
     static void setComposeCreator(const ComposeCreator& creator);
     static void setRegisterCreator(const RegisterCreator& creator);
+    static void setViewCreator(const TarvikCreator& creator);
+    static void setMapCreator(const TarvikCreator& creator);
+    static void setSendReceiveCreator(const PopupCreator& creator);
 };
 
 }  // namespace Dravo

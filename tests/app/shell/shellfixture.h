@@ -71,7 +71,8 @@ inline void recordFactory()
     CFormFactory::setOutboxCreator(folder("outbox"));
     CFormFactory::setSentCreator(folder("sent"));
     CFormFactory::setComposeCreator([](QWidget* pParent, int iType, const QString& a,
-                                       const QString& b, const QString& c) -> Dravo::CForm* {
+                                       const QString& b, const QString& c, double,
+                                       double) -> Dravo::CForm* {
         FactoryCall call{"compose", iType, {a, b, c}, nullptr};
         call.pForm = new CPlaceholderForm(pParent, "compose", QString());
         factoryCalls() << call;

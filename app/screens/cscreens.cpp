@@ -1,0 +1,11 @@
+#include "cscreens.h"
+
+#include "cformfactory.h"
+
+namespace Dravo {
+
+void registerScreens()
+{
+}
+
+}  // namespace Dravo

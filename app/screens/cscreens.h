@@ -1,0 +1,9 @@
+#pragma once
+
+namespace Dravo {
+
+// Installs the creators of every screen library into CFormFactory. Called once by the
+// client's main before the main window is built.
+void registerScreens();
+
+}  // namespace Dravo
