@@ -320,20 +320,27 @@ class Session:
 
 
 def run(tests):
-    """Runs each test function; prints a line per test and exits non-zero on a failure."""
+    """Runs each test function in a process of its own (the accessibility library keeps
+    its first bus for the life of a process); prints a line per test and exits non-zero
+    on a failure. Arguments: the directory of the binaries, then optionally test names."""
     bindir = sys.argv[1] if len(sys.argv) > 1 else "."
     only = sys.argv[2:]
+    if len(only) == 1:
+        test = {t.__name__: t for t in tests}[only[0]]
+        started = time.monotonic()
+        try:
+            test(bindir)
+        except Exception as error:
+            print("FAIL!  %s: %s" % (test.__name__, error), flush=True)
+            import traceback
+            traceback.print_exc()
+            sys.exit(1)
+        print("PASS   %s (%.1f s)" % (test.__name__, time.monotonic() - started), flush=True)
+        sys.exit(0)
     failed = 0
     for test in tests:
         if only and test.__name__ not in only:
             continue
-        started = time.monotonic()
-        try:
-            test(bindir)
-            print("PASS   %s (%.1f s)" % (test.__name__, time.monotonic() - started), flush=True)
-        except Exception as error:
-            failed += 1
-            print("FAIL!  %s: %s" % (test.__name__, error), flush=True)
-            import traceback
-            traceback.print_exc()
+        result = subprocess.run([sys.executable, sys.argv[0], bindir, test.__name__])
+        failed += result.returncode != 0
     sys.exit(1 if failed else 0)
