@@ -14,6 +14,8 @@ namespace Dravo {
 namespace {
 const int TOOLBAR_SPACING = 10;
 const int TOOLBAR_MARGIN = 10;
+// One width for the tool bar buttons of every screen, so the bars line up.
+const int BUTTON_WIDTH = 104;
 }  // namespace
 
 CFolderForm::CFolderForm(QWidget* parent, const CTraits& traits)
@@ -91,6 +93,7 @@ CTWPushButton* CFolderForm::addButton(const QString& strText, Qt::Alignment alig
     auto* pButton = new CTWPushButton(strText, m_pToolBar);
     pButton->setAccessibleName(QString(strText).replace(QLatin1Char('\n'), QLatin1Char(' ')));
     pButton->setEnabled(false);
+    pButton->setMinimumWidth(BUTTON_WIDTH);
     m_pToolBar->boxLayout()->addWidget(pButton, 0, alignment);
     connect(pButton, &QAbstractButton::clicked, this, slot);
     return pButton;

@@ -22,6 +22,14 @@ const int CONTENT_MARGIN = 10;
 const int CONTENT_SPACING = 10;
 const int TOOLBAR_SPACING = 10;
 const int TOOLBAR_MARGIN = 10;
+const int BUTTON_WIDTH = 104;
+
+// Read-only fields on graphite panels, labels in the accent colour.
+const char* const CONTENT_STYLE =
+    "#viewContent QLabel { color: #7fd3f2; font-size: 17px; }"
+    "#viewContent QLineEdit, #viewContent QTextEdit { background: #1a1d22; color: white;"
+    " border: 1px solid #30353d; border-radius: 4px; padding: 3px 6px; font-size: 17px;"
+    " selection-background-color: #2aa8d8; }";
 
 // "From:" reads "From" to a screen reader.
 QString accessibleLabel(const QString& strLabel)
@@ -53,6 +61,8 @@ CViewTarvikForm::CViewTarvikForm(QWidget* parent, const CTarvik& tarvik, int vie
     const bool bSent = viewType == CFormFactory::eViewSent;
 
     auto* pContent = new QWidget(this);
+    pContent->setObjectName(QStringLiteral("viewContent"));
+    pContent->setStyleSheet(QString::fromLatin1(CONTENT_STYLE));
     auto* pGrid = new QGridLayout(pContent);
     pGrid->setContentsMargins(CONTENT_MARGIN, CONTENT_MARGIN, CONTENT_MARGIN, CONTENT_MARGIN);
     pGrid->setHorizontalSpacing(CONTENT_SPACING);
@@ -147,6 +157,7 @@ CTWPushButton* CViewTarvikForm::addButton(const QString& strText, Qt::Alignment 
 {
     auto* pButton = new CTWPushButton(strText, m_pToolBar);
     pButton->setAccessibleName(QString(strText).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+    pButton->setMinimumWidth(BUTTON_WIDTH);
     m_pToolBar->boxLayout()->addWidget(pButton, 0, alignment);
     connect(pButton, &QAbstractButton::clicked, this, slot);
     return pButton;
