@@ -116,7 +116,7 @@ QString CFolderForm::title() const
     const int iRows = m_pListView ? rowCount() : 0;
     if (iRows <= 0)
         return m_traits.strTitle;
-    return QStringLiteral("%1 (%2)").arg(m_traits.strTitle).arg(iRows);
+    return CTexts::titleWithCount(m_traits.strTitle, iRows);
 }
 
 void CFolderForm::refresh()
