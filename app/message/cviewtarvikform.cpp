@@ -29,9 +29,6 @@ namespace Dravo {
 namespace {
 const int CONTENT_MARGIN = 10;
 const int CONTENT_SPACING = 10;
-const int TOOLBAR_SPACING = 10;
-const int TOOLBAR_MARGIN = 10;
-const int BUTTON_WIDTH = 104;
 // A press that moves further than this is a drag or a selection, not a long press.
 const int LONG_PRESS_SLOP = 12;
 
@@ -94,11 +91,8 @@ CViewTarvikForm::CViewTarvikForm(QWidget* parent, const CTarvik& tarvik, int vie
     pGrid->setRowStretch(3, 1);
     pGrid->setColumnStretch(1, 1);
 
-    m_pToolBar = new CTWToolBar(QBoxLayout::TopToBottom, this);
-    m_pToolBar->setSkin(CSkin(QStringLiteral(":/res_ui/img/toolbar.png")));
+    m_pToolBar = CTWToolBar::createSideBar(this);
     QBoxLayout* pBar = m_pToolBar->boxLayout();
-    pBar->setSpacing(TOOLBAR_SPACING);
-    pBar->setContentsMargins(TOOLBAR_MARGIN, TOOLBAR_MARGIN, TOOLBAR_MARGIN, TOOLBAR_MARGIN);
     if (!bSent) {
         m_pBtnShowOnMap =
             addButton(CTexts::showOnMap(), Qt::AlignTop, &CViewTarvikForm::onBtnShowOnMapClick);
@@ -176,10 +170,7 @@ CLineEdit* CViewTarvikForm::addField(QGridLayout* pGrid, int iRow, const QString
 CTWPushButton* CViewTarvikForm::addButton(const QString& strText, Qt::Alignment alignment,
                                           void (CViewTarvikForm::*slot)())
 {
-    auto* pButton = new CTWPushButton(strText, m_pToolBar);
-    pButton->setAccessibleName(QString(strText).replace(QLatin1Char('\n'), QLatin1Char(' ')));
-    pButton->setMinimumWidth(BUTTON_WIDTH);
-    m_pToolBar->boxLayout()->addWidget(pButton, 0, alignment);
+    CTWPushButton* pButton = m_pToolBar->addButton(strText, alignment);
     connect(pButton, &QAbstractButton::clicked, this, slot);
     return pButton;
 }
