@@ -125,7 +125,10 @@ class TestTranslations : public QObject
     QStringList check(CForm* pForm, const QString& strName, CForm* pOver = nullptr)
     {
         QWidget host;
-        host.setStyleSheet("background: black;");
+        QPalette palette = host.palette();
+        palette.setColor(QPalette::Window, Qt::black);
+        host.setPalette(palette);
+        host.setAutoFillBackground(true);
         auto* pLayout = new QVBoxLayout(&host);
         pLayout->setContentsMargins(0, 0, 0, 0);
         pLayout->setSpacing(0);
