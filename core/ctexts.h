@@ -30,9 +30,10 @@ public:
     };
     // Every fixed text, in the order of ctexts.cpp.
     static const QList<SEntry>& all();
+    // Adds a text to all(); called by the definitions in ctexts.cpp.
     static bool list(const SEntry& entry);
 
-    // Texts with a count, translated on every call (plural forms)
+    // Texts with a count, translated on every call (plural forms).
     static QString titleWithCount(const QString& strTitle, int iCount);  // "tarvik - Inbox (5)"
     static QString andMore(int iCount);  // " and 2 more" (starts with a blank)
 
