@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Gives every file that `reuse lint` reports as unlicensed an SPDX header in the comment
 # syntax of its type, or a <file>.license beside it when the type has no comments
 # (images, JSON, databases). Files that already carry SPDX lines are left alone, so the
@@ -32,7 +35,7 @@ licence_for() {
   esac
 }
 
-# Comment style of a file: slash, hash, xml, dash, css, or sidecar (a .license file).
+# Comment style of a file: slash, hash, xml, dash, css, roff, or sidecar (a .license file).
 style_for() {
   local path=$1 base name
   base=${path##*/}
@@ -45,6 +48,7 @@ style_for() {
       .clang-format | .clang-tidy | .editorconfig | Makefile | Dockerfile) echo hash ;;
     *.xml | *.svg | *.qrc | *.ui | *.html | *.htm | *.md | *.ts) echo xml ;;
     *.sql | *.lua) echo dash ;;
+    *.[1-8]) echo roff ;;
     *.png | *.jpg | *.jpeg | *.gif | *.ico | *.webp | *.json | *.sqlite | *.db | *.qm | \
       *.nmea | *.gpx | *.gz | *.pdf) echo sidecar ;;
     *.*) echo unknown ;;
@@ -54,18 +58,30 @@ style_for() {
   esac
 }
 
-# Inserts lines after the first line when that line must stay first (a shebang, an XML
-# declaration), otherwise at the top; a blank line separates the header from the rest.
+# Inserts the header after the first <keep> lines (a shebang, an XML declaration or DOCTYPE
+# must stay in front), followed by a blank line unless the fourth argument is "tight"
+# (roff reads a blank line as vertical space).
 insert_header() {
-  local path=$1 keep_first=$2 header=$3 tmp
+  local path=$1 keep=$2 header=$3 gap=$'\n' tmp
+  [ "${4:-}" = tight ] && gap=""
   tmp=$(mktemp "$path.XXXXXX")
-  if [ "$keep_first" = 1 ]; then
-    { head -n 1 "$path"; printf '%s\n' "$header"; tail -n +2 "$path"; } >"$tmp"
+  if [ "$keep" -gt 0 ]; then
+    { head -n "$keep" "$path"; printf '%s\n' "$header"; tail -n +"$((keep + 1))" "$path"; } >"$tmp"
   else
-    { printf '%s\n\n' "$header"; cat "$path"; } >"$tmp"
+    { printf '%s\n%s' "$header" "$gap"; cat "$path"; } >"$tmp"
   fi
   chmod --reference="$path" "$tmp"
   mv "$tmp" "$path"
+}
+
+# Lines of the XML declaration or DOCTYPE a file starts with (0 if none). Qt's D-Bus and
+# resource compilers want the document to start with one of them.
+xml_prolog_lines() {
+  awk 'NR == 1 && !/^<(\?|!DOCTYPE)/ {print 0; exit}
+       /^<(\?|!DOCTYPE)/ {open = 1}
+       open && />/ {open = 0; last = NR; next}
+       !open && last {print last; exit}
+       END {if (!last) print 0}' "$1"
 }
 
 mapfile -t missing < <(reuse lint 2>/dev/null |
@@ -98,6 +114,7 @@ for f in "${missing[@]}"; do
     slash) insert_header "$f" 0 "// $cr"$'\n'"// $id" ;;
     css) insert_header "$f" 0 "/* $cr"$'\n'" * $id */" ;;
     dash) insert_header "$f" 0 "-- $cr"$'\n'"-- $id" ;;
+    roff) insert_header "$f" 0 ".\\\" $cr"$'\n'".\\\" $id" tight ;;
     hash)
       if [[ $first == '#!'* ]]; then
         insert_header "$f" 1 "# $cr"$'\n'"# $id"$'\n'
@@ -106,11 +123,8 @@ for f in "${missing[@]}"; do
       fi
       ;;
     xml)
-      if [[ $first == '<?xml'* ]]; then
-        insert_header "$f" 1 "<!-- $cr -->"$'\n'"<!-- $id -->"
-      else
-        insert_header "$f" 0 "<!-- $cr -->"$'\n'"<!-- $id -->"
-      fi
+      keep=$(xml_prolog_lines "$f")
+      insert_header "$f" "$keep" "<!-- $cr -->"$'\n'"<!-- $id -->"
       ;;
     sidecar) printf '%s\n%s\n' "$cr" "$id" >"$f.license" ;;
   esac
