@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Installs every Debian 12 package that building, running and testing tarvik needs.
 # Safe to run again: packages already present are skipped.
 set -euo pipefail
@@ -18,6 +21,7 @@ PACKAGES=(
   libjs-leaflet
   libbenchmark-dev
   appstream desktop-file-utils
+  reuse debhelper lintian
   fonts-dejavu-core
 )
 
