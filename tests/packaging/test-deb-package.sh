@@ -25,6 +25,10 @@ skip() {
   echo "deb-package: SKIP: $*"
   exit 77
 }
+# Waits for another package operation on the machine instead of failing on its lock.
+apt_get() {
+  DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300 -y -qq "$@"
+}
 
 [ "$(id -u)" -eq 0 ] || skip "installing packages needs root"
 for tool in dpkg-buildpackage dh lintian apt-get desktop-file-validate appstreamcli dbus-daemon \
@@ -34,7 +38,7 @@ done
 # A run that was killed half-way leaves its stamp; what it installed is purged first.
 stamp=$work/installed-by-test
 if [ -e "$stamp" ]; then
-  DEBIAN_FRONTEND=noninteractive apt-get purge -y -qq tarvik tarvik-simd >/dev/null 2>&1 || true
+  apt_get purge tarvik tarvik-simd >/dev/null 2>&1 || true
   rm -f "$stamp"
 fi
 for p in tarvik tarvik-simd; do
@@ -90,7 +94,7 @@ dpkg-deb -f "${debs[0]}" Depends | grep -q 'libqt6widgets6' ||
 cleanup() {
   if dpkg-query -W -f='${Status}' tarvik 2>/dev/null | grep -q installed ||
     dpkg-query -W -f='${Status}' tarvik-simd 2>/dev/null | grep -q installed; then
-    DEBIAN_FRONTEND=noninteractive apt-get purge -y -qq tarvik tarvik-simd >/dev/null 2>&1 &&
+    apt_get purge tarvik tarvik-simd >/dev/null 2>&1 &&
       rm -f "$stamp"
   fi
   for p in "${pids[@]}"; do kill "$p" 2>/dev/null || true; done
@@ -101,7 +105,7 @@ trap cleanup EXIT
 
 say "installing"
 touch "$stamp"
-DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${debs[@]}" \
+apt_get install --no-install-recommends "${debs[@]}" \
   >"$work/install.log" 2>&1 || {
   cat "$work/install.log" >&2
   fail "apt-get install failed"
@@ -203,7 +207,7 @@ done
 say "D-Bus activation starts /usr/bin/tarvik"
 
 say "purging"
-DEBIAN_FRONTEND=noninteractive apt-get purge -y -qq tarvik tarvik-simd >"$work/purge.log" 2>&1 || {
+apt_get purge tarvik tarvik-simd >"$work/purge.log" 2>&1 || {
   cat "$work/purge.log" >&2
   fail "apt-get purge failed"
 }
