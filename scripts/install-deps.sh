@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Installs every Debian 12 package that building, running and testing tarvik needs.
 # Safe to run again: packages already present are skipped.
 set -euo pipefail
@@ -20,6 +23,7 @@ PACKAGES=(
   libbenchmark-dev
   appstream desktop-file-utils
   at-spi2-core python3-pyatspi gir1.2-atspi-2.0 python3-gi dunst
+  reuse debhelper lintian
   fonts-dejavu-core
 )
 
