@@ -1,5 +1,7 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
+<!-- SPDX-FileCopyrightText: 2026 The tarvik authors -->
+<!-- SPDX-License-Identifier: GPL-3.0-or-later -->
 <TS version="2.1" language="fi_FI">
 <context>
     <name>CTexts</name>

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Drives the real tarvik client through the accessibility bus, as a person would.
 
 A session starts a private D-Bus session bus (the accessibility bus launcher is
@@ -103,19 +106,18 @@ class Session:
         return address, "unix:path=" + sys_path
 
     def _start_xvfb(self):
-        for display in range(90, 190):
-            if os.path.exists("/tmp/.X11-unix/X%d" % display) or os.path.exists(
-                    "/tmp/.X%d-lock" % display):
-                continue
-            proc = self._spawn(["Xvfb", ":%d" % display, "-screen", "0", "800x480x24",
-                                "-nolisten", "tcp"], os.environ.copy())
-            try:
-                wait_for(lambda: os.path.exists("/tmp/.X11-unix/X%d" % display), 10, "Xvfb")
-            except Failure:
-                proc.kill()
-                continue
-            return ":%d" % display
-        raise Failure("no free X display")
+        # Xvfb picks a free display itself and writes its number to the pipe, so
+        # tests running side by side never share a display (nor the accessibility
+        # bus address that the bus launcher publishes on its root window).
+        read_end, write_end = os.pipe()
+        proc = self._spawn(["Xvfb", "-displayfd", str(write_end), "-screen", "0",
+                            "800x480x24", "-nolisten", "tcp"], os.environ.copy(),
+                           pass_fds=(write_end,))
+        os.close(write_end)
+        with os.fdopen(read_end) as pipe:
+            number = pipe.readline().strip()
+        check(number.isdigit(), "Xvfb did not start (exit code %r)" % proc.poll())
+        return ":" + number
 
     def __enter__(self):
         display = self._start_xvfb()
@@ -155,8 +157,21 @@ class Session:
         env.update(self.client_env)
         self.client = self._spawn([os.path.join(self.bindir, "tarvik")], env)
         import pyatspi  # noqa: F401  (needs the environment above)
-        self.app = wait_for(self._find_app, 30, "the tarvik application on the accessibility bus")
+        try:
+            self.app = wait_for(self._find_app, 30,
+                                "the tarvik application on the accessibility bus")
+        except Failure as error:
+            raise Failure("%s; client exit code %r; its output ends:\n%s\nits log ends:\n%s"
+                          % (error, self.client.poll(), self._tail("tarvik.log"),
+                             self._tail(os.path.join(self.home, ".tarvik", "tarvik.log"))))
         return self.client
+
+    def _tail(self, name, lines=30):
+        try:
+            with open(os.path.join(self.tmp, name), encoding="utf-8", errors="replace") as f:
+                return "".join(f.readlines()[-lines:])
+        except OSError:
+            return "(none)"
 
     def __exit__(self, *exc):
         self.stop()
