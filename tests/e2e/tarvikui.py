@@ -13,6 +13,7 @@ Usage:
         s.click(s.find("push button", "Open"))
 """
 
+import fcntl
 import os
 import shutil
 import signal
@@ -106,20 +107,43 @@ class Session:
         return address, "unix:path=" + sys_path
 
     def _start_xvfb(self):
-        # Xvfb picks a free display itself and writes its number to the pipe, so
-        # tests running side by side never share a display (nor the accessibility
-        # bus address that the bus launcher publishes on its root window).
-        read_end, write_end = os.pipe()
-        proc = self._spawn(["Xvfb", "-displayfd", str(write_end), "-screen", "0",
-                            "800x480x24", "-nolisten", "tcp"], os.environ.copy(),
-                           pass_fds=(write_end,))
-        os.close(write_end)
-        with os.fdopen(read_end) as pipe:
-            number = pipe.readline().strip()
-        check(number.isdigit(), "Xvfb did not start (exit code %r)" % proc.poll())
-        return ":" + number
+        # Sessions that run side by side must never share a display (nor the accessibility
+        # bus address that the bus launcher publishes on its root window). A display number
+        # is ours while we hold its lock file; Xvfb writes the number to the pipe once it
+        # accepts connections, or closes the pipe when the display is taken by a server
+        # from outside. No reset: a server that resets when its last client leaves
+        # refuses connections for a moment, and a client starting then gives up.
+        for display in range(90, 190):
+            lock = open("/tmp/tarvik-atspi-display-%d.lock" % display, "w")
+            try:
+                fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+            except OSError:
+                lock.close()
+                continue
+            read_end, write_end = os.pipe()
+            proc = self._spawn(["Xvfb", ":%d" % display, "-displayfd", str(write_end),
+                                "-screen", "0", "800x480x24", "-nolisten", "tcp", "-noreset"],
+                               os.environ.copy(), pass_fds=(write_end,))
+            os.close(write_end)
+            with os.fdopen(read_end) as pipe:
+                ready = pipe.readline().strip() == str(display)
+            if ready:
+                self.display_lock = lock
+                return ":%d" % display
+            proc.kill()
+            proc.wait()
+            lock.close()
+        raise Failure("no free X display")
 
     def __enter__(self):
+        try:
+            return self._start()
+        except BaseException:
+            self.stop()
+            shutil.rmtree(self.tmp, ignore_errors=True)
+            raise
+
+    def _start(self):
         display = self._start_xvfb()
         session_bus, system_bus = self._start_buses(display)
         env = os.environ.copy()
@@ -197,6 +221,10 @@ class Session:
             except ProcessLookupError:
                 pass
         self.bus_pids = []
+        lock = getattr(self, "display_lock", None)
+        if lock is not None:
+            lock.close()
+            self.display_lock = None
 
     def quit_client(self, timeout=15):
         """Ends the client as a desktop would (SIGTERM) and waits for it."""
