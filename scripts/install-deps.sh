@@ -8,6 +8,7 @@ set -euo pipefail
 
 PACKAGES=(
   build-essential cmake ninja-build pkg-config git
+  clang libclang-rt-14-dev llvm
   qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libqt6opengl6-dev
   qt6-positioning-dev libqt6positioning6-plugins
   qt6-webengine-dev qt6-webchannel-dev

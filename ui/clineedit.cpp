@@ -13,14 +13,15 @@ QValidator::State CLineEdit::PhoneValidator::validate(QString& input, int& pos) 
         return Acceptable;
     if (input.length() > MAX_LENGTH)
         return Invalid;
+    // A cursor past the end (a program setting it) has no typed character to judge.
+    if (pos > input.length())
+        return Invalid;
     if (pos == 1) {
         const QChar first = input.at(0);
         if (first == QLatin1Char('+') && input.count(QLatin1Char('+'), Qt::CaseSensitive) == 1)
             return Acceptable;
         return first.isDigit() ? Acceptable : Invalid;
     }
-    if (pos > MAX_LENGTH || pos > input.length())
-        return Invalid;
     return input.at(pos - 1).isDigit() ? Acceptable : Invalid;
 }
 

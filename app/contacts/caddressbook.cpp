@@ -10,6 +10,48 @@
 
 namespace Dravo {
 
+namespace {
+
+// The walk over one contact's vCard attributes: phone numbers and e-mail addresses in
+// stored order, and the best name to show.
+CContactEntry toEntry(EContact* contact)
+{
+    QList<CContactEntry::Attribute> attributes;
+    QString firstAddress;
+    for (GList* item = e_vcard_get_attributes(E_VCARD(contact)); item; item = item->next) {
+        auto* attribute = static_cast<EVCardAttribute*>(item->data);
+        const QString name = QString::fromUtf8(e_vcard_attribute_get_name(attribute));
+        // Only phone numbers and e-mail addresses are used. The others are not
+        // read: libebook warns for every multi-valued one (N, ADR, ORG) read as
+        // a single value, and some hold binary data (PHOTO).
+        if (!CContactEntry::isAddressAttribute(name)) {
+            continue;
+        }
+        gchar* raw = e_vcard_attribute_get_value(attribute);
+        const QString value = QString::fromUtf8(raw ? raw : "");
+        g_free(raw);
+        if (firstAddress.isEmpty()) {
+            firstAddress = value;
+        }
+        attributes.append({name, value});
+    }
+    QString displayName;
+    for (EContactField field : {E_CONTACT_FULL_NAME, E_CONTACT_FILE_AS, E_CONTACT_NICKNAME}) {
+        const char* text = static_cast<const char*>(e_contact_get_const(contact, field));
+        if (text && *text) {
+            displayName = QString::fromUtf8(text).trimmed();
+            break;
+        }
+    }
+    if (displayName.isEmpty()) {
+        displayName = firstAddress;
+    }
+    const char* uid = static_cast<const char*>(e_contact_get_const(contact, E_CONTACT_UID));
+    return CContactEntry(QString::fromUtf8(uid ? uid : ""), displayName, attributes);
+}
+
+}  // namespace
+
 // Lives on the address-book thread; every libebook call happens there.
 class CAddressBookWorker : public QObject
 {
@@ -124,42 +166,6 @@ private:
         return true;
     }
 
-    static CContactEntry toEntry(EContact* contact)
-    {
-        QList<CContactEntry::Attribute> attributes;
-        QString firstAddress;
-        for (GList* item = e_vcard_get_attributes(E_VCARD(contact)); item; item = item->next) {
-            auto* attribute = static_cast<EVCardAttribute*>(item->data);
-            const QString name = QString::fromUtf8(e_vcard_attribute_get_name(attribute));
-            // Only phone numbers and e-mail addresses are used. The others are not
-            // read: libebook warns for every multi-valued one (N, ADR, ORG) read as
-            // a single value, and some hold binary data (PHOTO).
-            if (!CContactEntry::isAddressAttribute(name)) {
-                continue;
-            }
-            gchar* raw = e_vcard_attribute_get_value(attribute);
-            const QString value = QString::fromUtf8(raw ? raw : "");
-            g_free(raw);
-            if (firstAddress.isEmpty()) {
-                firstAddress = value;
-            }
-            attributes.append({name, value});
-        }
-        QString displayName;
-        for (EContactField field : {E_CONTACT_FULL_NAME, E_CONTACT_FILE_AS, E_CONTACT_NICKNAME}) {
-            const char* text = static_cast<const char*>(e_contact_get_const(contact, field));
-            if (text && *text) {
-                displayName = QString::fromUtf8(text).trimmed();
-                break;
-            }
-        }
-        if (displayName.isEmpty()) {
-            displayName = firstAddress;
-        }
-        const char* uid = static_cast<const char*>(e_contact_get_const(contact, E_CONTACT_UID));
-        return CContactEntry(QString::fromUtf8(uid ? uid : ""), displayName, attributes);
-    }
-
     GDBusConnection* m_pBus = nullptr;
     ESourceRegistry* m_pRegistry = nullptr;
     EBookClient* m_pClient = nullptr;
@@ -182,6 +188,17 @@ CAddressBook::CAddressBook() : m_pThread(new QThread), m_pWorker(new CAddressBoo
     });
     connect(m_pWorker, &CAddressBookWorker::loaded, this, &CAddressBook::contactsLoaded);
     m_pThread->start();
+}
+
+CContactEntry CAddressBook::entryFromVCard(const QByteArray& vcard)
+{
+    EContact* contact = e_contact_new_from_vcard(vcard.constData());
+    if (!contact) {
+        return CContactEntry();
+    }
+    const CContactEntry entry = toEntry(contact);
+    g_object_unref(contact);
+    return entry;
 }
 
 CAddressBook::~CAddressBook()

@@ -30,6 +30,9 @@ public:
     // Reads every contact in the background; contactsLoaded() follows.
     void requestContacts();
 
+    // The entry the chooser makes of one contact given as vCard text.
+    static CContactEntry entryFromVCard(const QByteArray& vcard);
+
 Q_SIGNALS:
     void initialized(bool ok, const QString& error);
     // error is empty on success; on failure contacts is empty.

@@ -41,6 +41,8 @@ private slots:
         phone("16 long, cursor inside") << d15 + "6" << 3 << I;
         phone("plus and 15 digits") << "+" + d15 << 16 << I;
         phone("letter in middle not re-examined") << "12a45" << 5 << A;
+        phone("cursor past an empty text") << "" << 1 << I;
+        mail("cursor past the end") << "a" << 2 << I;
         mail("cursor at 0") << "# #" << 0 << A;
         mail("accented letter") << QString("jos") + QChar(0x00E9) << 4 << A;
         mail("cyrillic letter") << QString(QChar(0x0436)) << 1 << A;
