@@ -602,13 +602,24 @@ public:
     }
 
 private:
+    // Text columns repeat from row to row (recipient, version, carrier, a frequent sender):
+    // a value equal to the previous row's shares its string instead of allocating anew.
     QString rawText(int column) const
     {
-        const void* data = sqlite3_column_text16(m_pStmt, column);
-        const int bytes = sqlite3_column_bytes16(m_pStmt, column);
-        return QString(static_cast<const QChar*>(data), bytes / qsizetype(sizeof(QChar)));
+        const auto* data = static_cast<const QChar*>(sqlite3_column_text16(m_pStmt, column));
+        const qsizetype size = sqlite3_column_bytes16(m_pStmt, column) / qsizetype(sizeof(QChar));
+        if (size == 0 || column >= kColumns) {
+            return QString(data, size);
+        }
+        QString& last = m_lastText[column];
+        if (last.size() != size || memcmp(last.constData(), data, size * sizeof(QChar)) != 0) {
+            last = QString(data, size);
+        }
+        return last;
     }
 
+    static const int kColumns = 22;
+    mutable QString m_lastText[kColumns];
     sqlite3_stmt* m_pStmt;
 };
 
@@ -736,13 +747,24 @@ sqlite3* CTarvikStorage::nativeHandle() const
 
 // Steps the statement natively: the Qt driver's per-cell variants and row cache cost more
 // than SQLite's own work for a whole folder.
-bool CTarvikStorage::retrieveTarviksFromQuery(const QString& sql, int limit, int offset,
+bool CTarvikStorage::retrieveTarviksFromQuery(const QString& table, int limit, int offset,
                                               QList<CTarvik>& tarviks)
 {
     QMutexLocker locker(&localMutex);
     sqlite3* handle = nativeHandle();
     sqlite3_stmt* stmt = nullptr;
-    const QByteArray text = sql.toUtf8();
+    // The row count first, so the list is allocated once rather than grown and moved.
+    qint64 rows = 0;
+    const QByteArray count = QStringLiteral("select count(*) from %1").arg(table).toUtf8();
+    if (handle && sqlite3_prepare_v2(handle, count.constData(), -1, &stmt, nullptr) == SQLITE_OK &&
+        sqlite3_step(stmt) == SQLITE_ROW) {
+        rows = qMax<qint64>(0, sqlite3_column_int64(stmt, 0) - qMax(0, offset));
+    }
+    sqlite3_finalize(stmt);
+    stmt = nullptr;
+    const QByteArray text = (sql(kSelectColumns, table) +
+                             QStringLiteral(" order by tutcdatetime desc limit ? offset ?"))
+                                .toUtf8();
     int rc =
         handle ? sqlite3_prepare_v2(handle, text.constData(), -1, &stmt, nullptr) : SQLITE_MISUSE;
     if (rc == SQLITE_OK) {
@@ -759,6 +781,10 @@ bool CTarvikStorage::retrieveTarviksFromQuery(const QString& sql, int limit, int
         return false;
     }
     locker.unlock();
+    if (limit >= 0) {
+        rows = qMin<qint64>(rows, limit);
+    }
+    tarviks.reserve(tarviks.size() + qMin<qint64>(rows, 1000000));
     const CNativeRow row(stmt);
     for (; rc == SQLITE_ROW; rc = sqlite3_step(stmt)) {
         CTarvik tarvik;
@@ -816,10 +842,7 @@ bool CTarvikStorage::getTarviks(eFolderName folder, QList<CTarvik>& tarviks, int
     if (!checkOpen("getTarviks") || !checkFolder(folder, "getTarviks")) {
         return false;
     }
-    return retrieveTarviksFromQuery(
-        sql(kSelectColumns, tableName(folder)) +
-            QStringLiteral(" order by tutcdatetime desc limit ? offset ?"),
-        limit, offset, tarviks);
+    return retrieveTarviksFromQuery(tableName(folder), limit, offset, tarviks);
 }
 
 bool CTarvikStorage::saveTarvik(const CTarvik& tarvik, eFolderName folder, int& tid)

@@ -130,7 +130,7 @@ private:
     bool checkFolder(int folder, const char* operation) const;
     bool saveTarvikLocked(const CTarvik& tarvik, eFolderName folder, int& tid);
     bool removeTarvikLocked(int tid, eFolderName folder);
-    bool retrieveTarviksFromQuery(const QString& sql, int limit, int offset,
+    bool retrieveTarviksFromQuery(const QString& table, int limit, int offset,
                                   QList<CTarvik>& tarviks);
     sqlite3* nativeHandle() const;
     void storeImei(QSqlDatabase& db);
