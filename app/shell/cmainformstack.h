@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QPointer>
+
 #include "cformstack.h"
 #include "ctarvikstorage.h"
 #include "ctsettings.h"
@@ -39,6 +41,7 @@ public Q_SLOTS:
 private:
     bool m_bFirst;
     bool m_bNewMessagesPopupOpen;
+    QPointer<CForm> m_pNewMessagesPopup;
 };
 
 }  // namespace Dravo
