@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include <QMetaType>
@@ -11,7 +14,9 @@ namespace Dravo {
 class CFolderNames
 {
 public:
-    enum eFolderName
+    // A fixed underlying type: folder numbers arrive from the bus and from rows, and a
+    // value outside 0..3 must stay a value that can be checked, not undefined behaviour.
+    enum eFolderName : int
     {
         eFolderInbox = 0,
         eFolderOutbox = 1,

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include <QLineEdit>
@@ -10,7 +13,7 @@ class CLineEdit : public QLineEdit
 {
     Q_OBJECT
 public:
-    enum eLineEditType
+    enum eLineEditType : int
     {
         eLineEditPhone = 0,         // digits, optionally one leading "+", at most 15 characters
         eLineEditNavigateOnly = 1,  // readable and scrollable, not editable by keys

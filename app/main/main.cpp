@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <unistd.h>
 
 #include <QApplication>
@@ -8,6 +11,7 @@
 #include "capplicationstyle.h"
 #include "casynctstorage.h"
 #include "ccontactsmodule.h"
+#include "cdesktopnotifier.h"
 #include "clogwriter.h"
 #include "cmainformstack.h"
 #include "cmainwindow.h"
@@ -15,6 +19,7 @@
 #include "cossocontext.h"
 #include "cquitonsignal.h"
 #include "cscreens.h"
+#include "ctranslations.h"
 #include "dbusobject.h"
 #include "uiresources.h"
 
@@ -34,6 +39,9 @@ int main(int argc, char** argv)
         CLogWriter::install();
 
     QApplication app(argc, argv);
+    // Texts are translated once, when first used: the language is set before anything
+    // shows one. The C locale keeps English.
+    CTranslations::install(QLocale::system());
     CQuitOnSignal quitOnSignal;
     initUiResources();
     CApplicationStyle::install();
@@ -45,6 +53,8 @@ int main(int argc, char** argv)
 
     registerScreens();
     auto* pMainWindow = new CMainWindow(nullptr);
+    // New messages are also announced to the desktop while the window is in the back.
+    new CDesktopNotifier(pMainWindow, &app);
 
     // The address book is not needed by the first screen, and its libraries take as
     // long to map as the whole client: they are loaded on a helper thread once the main

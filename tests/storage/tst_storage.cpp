@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The database file and every storage operation on a throwaway HOME.
 #include <QDir>
 #include <QFile>
@@ -760,9 +763,7 @@ void StorageOperationsTest::readOnlyLocations()
     if (root) {
         mount = std::make_unique<CScopedMount>(home.dataDir(), QStringLiteral("1m"));
         if (!mount->mounted()) {
-            QSKIP(
-                "running as root without permission to mount a tmpfs: read-only cannot be "
-                "simulated");
+            QSKIP("NEEDS ROOT WITH MOUNT: no permission to mount a tmpfs for a read-only home");
         }
     }
     {

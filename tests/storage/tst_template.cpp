@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The compiled-in template database: its file format, and its schema and rows against a
 // database built afresh from the SQL source, so a template that is stale or built wrongly
 // shows up.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <QDesktopServices>
 #include <QDir>
 #include <QLabel>
@@ -123,7 +126,7 @@ private Q_SLOTS:
         QCOMPARE(call.strKind, kind);
         if (kind == "compose") {
             QCOMPARE(call.iType, int(CFormFactory::eComposeNew));
-            QCOMPARE(call.lstArgs, QStringList({"", "", ""}));
+            QCOMPARE(call.lstArgs, QStringList({"", "", "", "0", "0"}));
         }
         QCOMPARE(call.pForm->parentWidget(), stack());
         QCOMPARE(stack()->count(), 2);
