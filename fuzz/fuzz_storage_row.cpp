@@ -8,8 +8,11 @@
 #include "fuzzinput.h"
 
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
+
+#include <sqlite3.h>
 
 #include <cmath>
 
@@ -102,9 +105,26 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t iSize)
     FUZZ_CHECK(bAccepted == ok);
     if (!bAccepted)
         return 0;
+    query.finish();
     FUZZ_CHECK(tarvik.id() == tid);
     FUZZ_CHECK(!tarvik.color().isEmpty());
     // Whatever was read can be turned into the document that goes to the service.
     FUZZ_CHECK(tarvik.toXml().startsWith(QLatin1String("<ping><from>")));
+
+    // The folders read rows through SQLite directly: that reader makes the same message.
+    sqlite3* pDb = *static_cast<sqlite3**>(g_pDatabase->driver()->handle().data());
+    sqlite3_stmt* pStmt = nullptr;
+    FUZZ_CHECK(sqlite3_prepare_v2(pDb, "SELECT * FROM t", -1, &pStmt, nullptr) == SQLITE_OK);
+    FUZZ_CHECK(sqlite3_step(pStmt) == SQLITE_ROW);
+    CTarvik native;
+    native.setColor(QStringLiteral("keep"));
+    const bool bNative = CTarvikStorage::retrieveTarvikFromStatement(pStmt, native);
+    sqlite3_finalize(pStmt);
+    FUZZ_CHECK(bNative);
+    FUZZ_CHECK(native.id() == tarvik.id());
+    FUZZ_CHECK(native.toXml() == tarvik.toXml());
+    FUZZ_CHECK(native.guid() == tarvik.guid() && native.type() == tarvik.type() &&
+               native.color() == tarvik.color() && native.flag() == tarvik.flag() &&
+               native.priority() == tarvik.priority());
     return 0;
 }
