@@ -79,4 +79,13 @@ TARVIK_TEXT(registrationWait,
             "Please wait while your registration is completed.\nIt may take up to a minute.")
 TARVIK_TEXT(registrationFailed, "Registration failed")
 
+TARVIK_TEXT(mapUnavailable, "The map cannot be shown: its module is missing or broken.")
+TARVIK_TEXT(waitingForConnection, "Waiting for an Internet connection...")
+TARVIK_TEXT(panNorth, "Pan north")
+TARVIK_TEXT(panEast, "Pan east")
+TARVIK_TEXT(panSouth, "Pan south")
+TARVIK_TEXT(panWest, "Pan west")
+TARVIK_TEXT(zoomIn, "Zoom in")
+TARVIK_TEXT(zoomOut, "Zoom out")
+
 }  // namespace Dravo
