@@ -110,7 +110,6 @@ void CTWWebView::setBusy(bool bBusy)
         m_animation.stop();
         m_pCover->hide();
     }
-    update();
 }
 
 void CTWWebView::paintBusy(QPainter* pPainter, const QRect& area) const
@@ -125,7 +124,8 @@ void CTWWebView::paintBusy(QPainter* pPainter, const QRect& area) const
 
 void CTWWebView::onAnimationFrameChanged()
 {
-    update();
+    // Only the cover shows the animation; repainting the view would make the page render
+    // again for every frame.
     m_pCover->update();
 }
 
