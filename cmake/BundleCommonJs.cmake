@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # cmake -DPACKAGE_DIR=<dir> -DOUTPUT=<file.js> -DGLOBAL=<name> -DMAIN=<file> -P BundleCommonJs.cmake
 #
 # Wraps the CommonJS modules of a small npm package (its .js files and the JSON files

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cmapform.h"
 
 #include <QBoxLayout>
@@ -70,11 +73,13 @@ CMapForm::CMapForm(QWidget* parent, const CTarvik& tarvik, int eType)
 
     if (eType == eTypeRouteAndDirections) {
         m_pBtnUp = new CTWPushButton(CTexts::pageUp(), m_pToolBar);
-        m_pBtnUp->setAccessibleName(CTexts::pageUp());
+        m_pBtnUp->setAccessibleName(
+            QString(CTexts::pageUp()).replace(QLatin1Char('\n'), QLatin1Char(' ')));
         connect(m_pBtnUp, &CTWPushButton::clicked, this, &CMapForm::onBtnUpClick);
         pBarLayout->addWidget(m_pBtnUp);
         m_pBtnDown = new CTWPushButton(CTexts::pageDown(), m_pToolBar);
-        m_pBtnDown->setAccessibleName(CTexts::pageDown());
+        m_pBtnDown->setAccessibleName(
+            QString(CTexts::pageDown()).replace(QLatin1Char('\n'), QLatin1Char(' ')));
         connect(m_pBtnDown, &CTWPushButton::clicked, this, &CMapForm::onBtnDownClick);
         pBarLayout->addWidget(m_pBtnDown);
     }

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Map benchmark: from the "Show on map" click to the map's tiles shown, against a loopback
 // tile server, for the first map (plugin and web engine loaded on the way) and for later
 // ones; and the resident memory of this process plus its web engine processes while a map

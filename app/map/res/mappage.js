@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Shared by the position and the route page: the bridge to the client, the tile layer
 // and the directions object that asks the route service.
 'use strict';

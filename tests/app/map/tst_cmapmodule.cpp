@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The map plugin as the client uses it: loaded on the first map, never at start-up, and
 // the connection placeholder in front of the map while the network is down.
 #include <unistd.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What reaches a page through the web view's input filters and its busy state.
 #include <QContextMenuEvent>
 #include <QSignalSpy>
