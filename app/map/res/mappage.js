@@ -158,6 +158,17 @@ RouteDirections.prototype.show = function (route) {
 RouteDirections.prototype.write = function (route) {
     var doc = this.panel.ownerDocument;
     var instructions = osrmTextInstructions('v5');
+    // The client's language (the page's), else its base language, else English.
+    var wanted = navigator.language || 'en';
+    var language = [wanted, wanted.split('-')[0], 'en'].filter(function (code) {
+        try {
+            instructions.compile(code, { maneuver: { type: 'depart', modifier: 'left' },
+                                         name: '', mode: 'driving' });
+            return true;
+        } catch (e) {
+            return false;
+        }
+    })[0] || 'en';
     this.panel.textContent = '';
     var summary = doc.createElement('p');
     summary.className = 'summary';
@@ -172,7 +183,7 @@ RouteDirections.prototype.write = function (route) {
             var text = doc.createElement('span');
             text.className = 'instruction';
             try {
-                text.textContent = instructions.compile('en', step,
+                text.textContent = instructions.compile(language, step,
                     { legCount: legs.length, legIndex: legIndex });
             } catch (e) {
                 text.textContent = String(step.name || '');
