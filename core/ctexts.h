@@ -120,6 +120,16 @@ public:
     static const QString& registrationWait();
     static const QString& registrationFailed();
 
+    // Map screens.
+    static const QString& mapUnavailable();
+    static const QString& waitingForConnection();
+    static const QString& panNorth();
+    static const QString& panEast();
+    static const QString& panSouth();
+    static const QString& panWest();
+    static const QString& zoomIn();
+    static const QString& zoomOut();
+
 private:
     static QList<SEntry>& entries();
 };

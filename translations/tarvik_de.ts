@@ -296,5 +296,37 @@ Das kann bis zu einer Minute dauern.</translation>
         <source>Registration failed</source>
         <translation>Registrierung fehlgeschlagen</translation>
     </message>
+    <message>
+        <source>The map cannot be shown: its module is missing or broken.</source>
+        <translation>Die Karte kann nicht angezeigt werden: Ihr Modul fehlt oder ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>Waiting for an Internet connection...</source>
+        <translation>Warten auf eine Internetverbindung...</translation>
+    </message>
+    <message>
+        <source>Pan north</source>
+        <translation>Nach Norden verschieben</translation>
+    </message>
+    <message>
+        <source>Pan east</source>
+        <translation>Nach Osten verschieben</translation>
+    </message>
+    <message>
+        <source>Pan south</source>
+        <translation>Nach Süden verschieben</translation>
+    </message>
+    <message>
+        <source>Pan west</source>
+        <translation>Nach Westen verschieben</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Vergrößern</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Verkleinern</translation>
+    </message>
 </context>
 </TS>

@@ -296,5 +296,37 @@ Se voi kestää enintään minuutin.</translation>
         <source>Registration failed</source>
         <translation>Rekisteröityminen epäonnistui</translation>
     </message>
+    <message>
+        <source>The map cannot be shown: its module is missing or broken.</source>
+        <translation>Karttaa ei voi näyttää: sen moduuli puuttuu tai on rikki.</translation>
+    </message>
+    <message>
+        <source>Waiting for an Internet connection...</source>
+        <translation>Odotetaan Internet-yhteyttä...</translation>
+    </message>
+    <message>
+        <source>Pan north</source>
+        <translation>Siirrä pohjoiseen</translation>
+    </message>
+    <message>
+        <source>Pan east</source>
+        <translation>Siirrä itään</translation>
+    </message>
+    <message>
+        <source>Pan south</source>
+        <translation>Siirrä etelään</translation>
+    </message>
+    <message>
+        <source>Pan west</source>
+        <translation>Siirrä länteen</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Lähennä</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Loitonna</translation>
+    </message>
 </context>
 </TS>

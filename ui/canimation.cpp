@@ -7,8 +7,10 @@
 
 namespace Dravo {
 
-const CAnimation::Descriptor CAnimation::PROGRESS_ANIMATION(":/res_ui/img/refresh_anim.png", 8,
-                                                            200);
+// A literal owns no heap memory: the client and each plugin that links this library run
+// this definition's constructor and destructor on the same object.
+const CAnimation::Descriptor CAnimation::PROGRESS_ANIMATION(
+    QStringLiteral(":/res_ui/img/refresh_anim.png"), 8, 200);
 
 namespace {
 // The slower strip that the application's forms use; kept beside the toolkit's own one.

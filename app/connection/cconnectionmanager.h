@@ -40,6 +40,9 @@ public:
     // "networkmanager", "glib", or empty when no backend could be loaded.
     QString backendName() const { return m_strBackend; }
     bool isRequestActive() const { return m_bRequestActive; }
+    // True when the network is known to be up: the backend has been loaded (by a first
+    // request) and reports it online, or no backend could be loaded.
+    bool isConnected() const { return m_eBackendState == eBackendReady && isOnline(); }
 
 Q_SIGNALS:
     void connected();

@@ -5,6 +5,7 @@
 
 #include "cformfactory.h"
 #include "cinboxform.h"
+#include "cmapmodule.h"
 #include "coutboxform.h"
 #include "csentform.h"
 #include "cviewtarvikform.h"
@@ -19,6 +20,7 @@ void registerScreens()
     CFormFactory::setViewCreator([](QWidget* pParent, const CTarvik& tarvik, int iType) {
         return new CViewTarvikForm(pParent, tarvik, iType);
     });
+    CFormFactory::setMapCreator(&CMapModule::createMapForm);
 }
 
 }  // namespace Dravo

@@ -21,7 +21,10 @@ mkdir "$repo"
 cd "$repo"
 git init -q .
 mkdir -p tools app dist
-cp -r "$src/LICENSES" "$src/.reuse" .
+cp -r "$src/.reuse" .
+# Only the licences that the script gives out: one of vendored code would be unused here.
+mkdir LICENSES
+cp "$src/LICENSES/GPL-3.0-or-later.txt" "$src/LICENSES/CC0-1.0.txt" LICENSES/
 cp "$src/tools/add-licence-headers.sh" tools/
 
 printf '#include <cstdio>\nint main() { return 0; }\n' >app/main.cpp

@@ -1,0 +1,351 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The map screens against loopback tile and route servers.
+#include <QAbstractButton>
+#include <QDir>
+#include <QFile>
+#include <memory>
+
+#include "capplicationstyle.h"
+#include "cfakemapservers.h"
+#include "cformstack.h"
+#include "clocationengine.h"
+#include "clogcapture.h"
+#include "cmapconfig.h"
+#include "cmapform.h"
+#include "cmaplocationpopupfrom.h"
+#include "cmapwebview.h"
+#include "cplaceholderform.h"
+#include "ctextpopupform.h"
+#include "ctexts.h"
+#include "ctwpushbutton.h"
+#include "mapfixture.h"
+#include "uiresources.h"
+
+using namespace Dravo;
+using namespace TarvikTest;
+
+namespace {
+// The message's position, and the own position of the NMEA track the route starts from.
+const double kLat = 59.4420;
+const double kLon = 24.7600;
+const int kTilesTimeoutMs = 2500;
+const int kRouteTimeoutMs = 1500;
+
+QString dataPath(const QString& strName)
+{
+    return QStringLiteral(TARVIK_SOURCE_DIR "/tests/app/map/data/") + strName;
+}
+
+QString screenshotPath(const QString& strName)
+{
+    QDir().mkpath(QStringLiteral(TARVIK_BINARY_DIR "/screenshots"));
+    return QStringLiteral(TARVIK_BINARY_DIR "/screenshots/") + strName;
+}
+}  // namespace
+
+class TestMapForm : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<Dravo::Test::CLogCapture> m_pLog;
+    CFakeTileServer m_tiles;
+    CFakeRouteServer m_routes;
+    CFormStack* m_pStack = nullptr;
+    CLocationEngine* m_pEngine = nullptr;
+
+    // Opens a map form over a stand-in for the message view.
+    CMapForm* openMap(int iType)
+    {
+        m_pStack->showForm(new CPlaceholderForm(m_pStack, QStringLiteral("view"), QString()));
+        CTarvik tarvik;
+        tarvik.setLatitude(kLat);
+        tarvik.setLongitude(kLon);
+        auto* pForm = new CMapForm(m_pStack, tarvik, iType);
+        m_pStack->showForm(pForm);
+        return pForm;
+    }
+
+    // Type 2 up to the route map: the own position from the NMEA track, the route drawn.
+    CMapForm* openRouteMap()
+    {
+        CMapForm* pForm = openMap(CMapForm::eTypeRouteMap);
+        [&] {
+            QTRY_VERIFY_WITH_TIMEOUT(
+                m_pLog->containsPrefix(QStringLiteral("CMapForm::onLocationGotten")), 10000);
+        }();
+        [&] { QTRY_COMPARE_WITH_TIMEOUT(m_pStack->currentForm(), pForm, 10000); }();
+        return pForm;
+    }
+
+    void clickWhenUnlocked(CForm* pForm, QAbstractButton* pButton)
+    {
+        QTRY_VERIFY(!pForm->buttonsLocked());
+        QVERIFY(pButton->isVisible());
+        QTest::mouseClick(pButton, Qt::LeftButton);
+    }
+
+    QAbstractButton* buttonNamed(QWidget* pForm, const QString& strName)
+    {
+        for (QAbstractButton* pButton : pForm->findChildren<QAbstractButton*>())
+            if (pButton->accessibleName() == strName)
+                return pButton;
+        return nullptr;
+    }
+
+    void closeAll()
+    {
+        while (m_pStack->count() > 0)
+            m_pStack->closeForm(true, m_pStack->currentForm());
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        // After QtTest's own message handler, which would otherwise replace this one.
+        m_pLog = std::make_unique<Dravo::Test::CLogCapture>(true);
+        // QtTest exports QT_QTESTLIB_RUNNING, and Qt Positioning then hides the nmea plugin.
+        qunsetenv("QT_QTESTLIB_RUNNING");
+        initUiResources();
+        CApplicationStyle::install();
+        QVERIFY(m_tiles.start());
+        QVERIFY(m_routes.start());
+        QVERIFY(m_routes.loadRoute(dataPath(QStringLiteral("route.json"))));
+        qputenv("TARVIK_TILE_URL", m_tiles.tileUrl().toUtf8());
+        qputenv("TARVIK_ROUTE_URL", m_routes.baseUrl().toUtf8());
+        qputenv("TARVIK_NMEA_SOURCE",
+                QStringLiteral(TARVIK_SOURCE_DIR "/tests/gps/data/track.nmea").toUtf8());
+        CMapConfig::setTilesTimeoutMs(kTilesTimeoutMs);
+        CMapConfig::setRouteTimeoutMs(kRouteTimeoutMs);
+        // The track is old; its fixes count as fresh here.
+        CLocationEngine::CTimings timings;
+        timings.iSettleMs = 100;
+        timings.iGiveUpMs = 5000;
+        timings.iMaxAgeS = 500000000;
+        m_pEngine = new CLocationEngine(timings);
+        m_pEngine->setParent(this);
+        CMapForm::setLocationEngine(m_pEngine);
+
+        m_pStack = new CFormStack();
+        m_pStack->setStyleSheet(QStringLiteral("background: black;"));
+        m_pStack->resize(800, 424);
+        m_pStack->show();
+    }
+
+    void cleanupTestCase()
+    {
+        closeAll();
+        delete m_pStack;
+    }
+
+    void init()
+    {
+        m_tiles.setMode(CFakeTileServer::eServe);
+        m_routes.setMode(CFakeRouteServer::eServe);
+        m_tiles.resetCounts();
+        m_routes.resetCounts();
+        qputenv("TARVIK_TILE_URL", m_tiles.tileUrl().toUtf8());
+        m_pLog->clear();
+    }
+
+    void cleanup() { closeAll(); }
+
+    void positionMapShowsTilesMarkerAndPans()
+    {
+        CMapForm* pForm = openMap(CMapForm::eTypePosition);
+        QTRY_VERIFY_WITH_TIMEOUT(pForm->mapControls()->isVisible(), kTilesTimeoutMs - 500);
+        QVERIFY(m_pLog->contains(QStringLiteral("CMapForm::onMapTilesLoaded")));
+        QVERIFY(m_tiles.requestCount() > 0);
+        QVERIFY2(m_tiles.lastUserAgent().startsWith("tarvik/1.0.5 ("),
+                 m_tiles.lastUserAgent().constData());
+
+        // Every control has a name for assistive technology.
+        for (QAbstractButton* pButton : pForm->findChildren<QAbstractButton*>())
+            QVERIFY2(!pButton->accessibleName().isEmpty(), qPrintable(pButton->objectName()));
+
+        QTest::qWait(300);  // the last tiles paint
+        const QImage shot = pForm->grab().toImage();
+        shot.save(screenshotPath(QStringLiteral("map-position.png")));
+        CMapWebView* pView = pForm->mapView();
+        const QRect viewArea(pView->mapTo(pForm, QPoint(0, 0)), pView->size());
+        // Street-map tiles fill the view: their land and street colours dominate.
+        const int iArea = viewArea.width() * viewArea.height();
+        QVERIFY2(countColour(shot, viewArea, CFakeTileServer::landColour(), 6) > iArea / 5,
+                 "no tiles in the view");
+        QVERIFY(countColour(shot, viewArea, CFakeTileServer::streetColour(), 6) > iArea / 20);
+        // Leaflet's blue marker just above the centre, where the message's position is.
+        const QPoint centre = viewArea.center();
+        QVERIFY2(countColour(shot, QRect(centre.x() - 14, centre.y() - 42, 28, 42),
+                             QColor(0x2a, 0x81, 0xcb), 40) > 40,
+                 "no marker at the centre");
+
+        // Arrows and zoom drive the page's map.
+        auto zoom = [&] { return evalJs(pView, QStringLiteral("map.getZoom()")).toInt(); };
+        auto centreLat = [&] {
+            return evalJs(pView, QStringLiteral("map.getCenter().lat")).toDouble();
+        };
+        auto centreLon = [&] {
+            return evalJs(pView, QStringLiteral("map.getCenter().lng")).toDouble();
+        };
+        QCOMPARE(zoom(), 14);
+        clickWhenUnlocked(pForm, buttonNamed(pForm, CTexts::zoomIn()));
+        QTRY_COMPARE(zoom(), 15);
+        clickWhenUnlocked(pForm, buttonNamed(pForm, CTexts::zoomOut()));
+        QTRY_COMPARE(zoom(), 14);
+        double dLat = centreLat();
+        clickWhenUnlocked(pForm, buttonNamed(pForm, CTexts::panNorth()));
+        QTRY_VERIFY(centreLat() > dLat + 0.001);
+        dLat = centreLat();
+        clickWhenUnlocked(pForm, buttonNamed(pForm, CTexts::panSouth()));
+        QTRY_VERIFY(centreLat() < dLat - 0.001);
+        double dLon = centreLon();
+        clickWhenUnlocked(pForm, buttonNamed(pForm, CTexts::panEast()));
+        QTRY_VERIFY(centreLon() > dLon + 0.001);
+        dLon = centreLon();
+        clickWhenUnlocked(pForm, buttonNamed(pForm, CTexts::panWest()));
+        QTRY_VERIFY(centreLon() < dLon - 0.001);
+        // A second click within the button lock does nothing.
+        QTRY_VERIFY(!pForm->buttonsLocked());
+        QTest::mouseClick(buttonNamed(pForm, CTexts::zoomIn()), Qt::LeftButton);
+        QTest::mouseClick(buttonNamed(pForm, CTexts::zoomIn()), Qt::LeftButton);
+        QTest::qWait(300);
+        QCOMPARE(zoom(), 15);
+
+        // Back closes the map and the form that opened it.
+        QCOMPARE(m_pStack->count(), 2);
+        clickWhenUnlocked(pForm, buttonNamed(pForm, CTexts::back()));
+        QTRY_COMPARE(m_pStack->count(), 0);
+    }
+
+    void routeMapAndDirections()
+    {
+        CMapForm* pForm = openRouteMap();
+        QVERIFY(m_pLog->containsPrefix(
+            QStringLiteral("CMapLocationPopupForm::onLocation: valid location gotten lat=59.43")));
+        QTRY_VERIFY_WITH_TIMEOUT(pForm->switchButton()->isVisible(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            m_pLog->contains(QStringLiteral("CMapForm::onRouteLoaded m_bIsRouteMap = 1")), 5000);
+        QVERIFY(pForm->mapControls()->isVisible());
+        QCOMPARE(m_routes.routeRequests(), 1);
+        // The client asks for the route from the own position to the message's.
+        QVERIFY2(
+            m_routes.paths().value(0).startsWith("/route/v1/driving/24.7453,59.437;24.76,59.442?"),
+            m_routes.paths().value(0).constData());
+        QCOMPARE(m_routes.lastUserAgent().left(14), QByteArray("tarvik/1.0.5 ("));
+
+        QTest::qWait(300);
+        const QImage shot = pForm->grab().toImage();
+        shot.save(screenshotPath(QStringLiteral("map-route.png")));
+        CMapWebView* pView = pForm->mapView();
+        const QRect viewArea(pView->mapTo(pForm, QPoint(0, 0)), pView->size());
+        QVERIFY2(countColour(shot, viewArea, QColor(0xff, 0x2d, 0x6f), 30) > 300, "no route line");
+        QVERIFY(countColour(shot, viewArea, CFakeTileServer::landColour(), 6) > 1000);
+
+        // Directions: the same answer, no second request; the text is the library's.
+        clickWhenUnlocked(pForm, pForm->switchButton());
+        QTRY_COMPARE(pForm->switchButton()->text(), CTexts::map());
+        QVERIFY(!pForm->mapControls()->isVisible());
+        QTRY_COMPARE_WITH_TIMEOUT(
+            m_pLog->count(QStringLiteral("CMapForm::onRouteLoaded m_bIsRouteMap = 0")), 1, 5000);
+        QFile expected(dataPath(QStringLiteral("route_expected.txt")));
+        QVERIFY(expected.open(QIODevice::ReadOnly));
+        const QStringList lstExpected =
+            QString::fromUtf8(expected.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        const QStringList lstShown =
+            evalJs(pView,
+                   QStringLiteral("Array.from(document.querySelectorAll('#route .instruction'))"
+                                  ".map(function (e) { return e.textContent; })"))
+                .toStringList();
+        QCOMPARE(lstShown, lstExpected);
+        // A street name with markup in it stays text.
+        QCOMPARE(
+            evalJs(pView, QStringLiteral("document.querySelectorAll('#route b').length")).toInt(),
+            0);
+        QTest::qWait(200);
+        pForm->grab().save(screenshotPath(QStringLiteral("map-directions.png")));
+
+        // Page down and up on the directions; up at the top stays at the top.
+        m_pStack->resize(800, 200);
+        QTRY_VERIFY(evalJs(pView, QStringLiteral(
+                                      "document.documentElement.scrollHeight > window.innerHeight"))
+                        .toBool());
+        auto scrollY = [&] { return evalJs(pView, QStringLiteral("window.scrollY")).toInt(); };
+        clickWhenUnlocked(pForm, pForm->switchButton());  // back to the map ...
+        QTRY_VERIFY(pForm->isRouteMap());
+        clickWhenUnlocked(pForm, pForm->switchButton());  // ... and to the directions again
+        QTRY_VERIFY(!pForm->isRouteMap());
+        QTRY_VERIFY(!pForm->buttonsLocked());
+        pForm->onBtnArrowSouthClick();
+        const int iMaxScroll =
+            evalJs(pView,
+                   QStringLiteral("document.documentElement.scrollHeight - window.innerHeight"))
+                .toInt();
+        QTRY_COMPARE(scrollY(), qMin(pView->height() - 10, iMaxScroll));
+        QTRY_VERIFY(!pForm->buttonsLocked());
+        pForm->onBtnArrowNorthClick();
+        QTRY_COMPARE(scrollY(), 0);
+        QTRY_VERIFY(!pForm->buttonsLocked());
+        pForm->onBtnArrowNorthClick();
+        QTest::qWait(200);
+        QCOMPARE(scrollY(), 0);
+        m_pStack->resize(800, 424);
+        QCOMPARE(m_routes.routeRequests(), 1);
+    }
+
+    void routeFailureShowsPopup_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::newRow("http error") << int(CFakeRouteServer::eHttpError);
+        QTest::newRow("garbage json") << int(CFakeRouteServer::eGarbage);
+        QTest::newRow("hang") << int(CFakeRouteServer::eHang);
+    }
+
+    void routeFailureShowsPopup()
+    {
+        QFETCH(int, mode);
+        m_routes.setMode(CFakeRouteServer::eMode(mode));
+        CMapForm* pForm = openRouteMap();
+        QElapsedTimer timer;
+        timer.start();
+        QTRY_VERIFY_WITH_TIMEOUT(qobject_cast<CTextPopupForm*>(m_pStack->currentForm()),
+                                 kRouteTimeoutMs + 2000);
+        QVERIFY(timer.elapsed() < kRouteTimeoutMs + 2000);
+        QCOMPARE(static_cast<CTextPopupForm*>(m_pStack->currentForm())->text(),
+                 CTexts::routeCantBeCalculated());
+        QVERIFY(m_pLog->contains(QStringLiteral("CMapWebView::onRouteError: route failed")));
+        QCOMPARE(m_routes.routeRequests(), 1);
+        Q_UNUSED(pForm);
+    }
+
+    void tileFailureKeepsFormUsable_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<bool>("refused");
+        QTest::addColumn<bool>("timesOut");
+        QTest::newRow("connection refused") << int(CFakeTileServer::eServe) << true << false;
+        QTest::newRow("not found") << int(CFakeTileServer::eNotFound) << false << false;
+        QTest::newRow("hang") << int(CFakeTileServer::eHang) << false << true;
+    }
+
+    void tileFailureKeepsFormUsable()
+    {
+        QFETCH(int, mode);
+        QFETCH(bool, refused);
+        QFETCH(bool, timesOut);
+        m_tiles.setMode(CFakeTileServer::eMode(mode));
+        if (refused)
+            qputenv("TARVIK_TILE_URL", "http://127.0.0.1:1/{z}/{x}/{y}.png");
+        else  // not the tiles cached by the earlier maps
+            qputenv("TARVIK_TILE_URL", (m_tiles.tileUrl() + QStringLiteral("?uncached")).toUtf8());
+        CMapForm* pForm = openMap(CMapForm::eTypePosition);
+        QTRY_VERIFY_WITH_TIMEOUT(pForm->mapControls()->isVisible(), kTilesTimeoutMs + 2000);
+        QCOMPARE(m_pLog->containsPrefix(QStringLiteral("CMapForm::onTilesTimeout")), timesOut);
+        clickWhenUnlocked(pForm, buttonNamed(pForm, CTexts::back()));
+        QTRY_COMPARE(m_pStack->count(), 0);
+    }
+};
+
+TARVIK_WEBENGINE_TEST_MAIN(TestMapForm)
+#include "tst_cmapform.moc"

@@ -1,0 +1,209 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The map plugin as the client uses it: loaded on the first map, never at start-up, and
+// the connection placeholder in front of the map while the network is down.
+#include <unistd.h>
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include "capplicationstyle.h"
+#include "cconnectionmanager.h"
+#include "cformstack.h"
+#include "clogcapture.h"
+#include "cmapmodule.h"
+#include "cplaceholderform.h"
+#include "cprivatebus.h"
+#include "ctarvik.h"
+#include "ctexts.h"
+#include "imapmodule.h"
+#include "uiresources.h"
+
+using namespace Dravo;
+using namespace Dravo::Test;
+
+namespace {
+bool isA(QObject* pObject, const char* pszClass)
+{
+    return pObject && qstrcmp(pObject->metaObject()->className(), pszClass) == 0;
+}
+
+// The processes whose parent is pid, with their command lines.
+QStringList childCommands(qint64 pid)
+{
+    QStringList lst;
+    for (const QString& entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+        QFile stat(QStringLiteral("/proc/%1/stat").arg(entry));
+        if (!stat.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArray text = stat.readAll();
+        // pid (comm) state ppid ...
+        const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
+        if (fields.value(1).toLongLong() != pid)
+            continue;
+        QFile cmd(QStringLiteral("/proc/%1/cmdline").arg(entry));
+        if (cmd.open(QIODevice::ReadOnly))
+            lst << QString::fromLocal8Bit(cmd.readAll().replace('\0', ' '));
+    }
+    return lst;
+}
+}  // namespace
+
+class TestMapModule : public QObject
+{
+    Q_OBJECT
+
+private:
+    CPrivateBuses m_buses;
+    CHelperProcess m_fakes;
+    std::unique_ptr<CLogCapture> m_pLog;
+    CFormStack* m_pStack = nullptr;
+
+    void setNetworkState(uint state)
+    {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.NetworkManager"),
+            QStringLiteral("/org/freedesktop/NetworkManager"),
+            QStringLiteral("org.tarvik.Fake.Control"), QStringLiteral("SetState"));
+        call << state;
+        const QDBusMessage reply = QDBusConnection::systemBus().call(call);
+        QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
+    }
+
+    QWidget* openFromView()
+    {
+        m_pStack->showForm(new CPlaceholderForm(m_pStack, QStringLiteral("view"), QString()));
+        CTarvik tarvik;
+        tarvik.setLatitude(59.442);
+        tarvik.setLongitude(24.76);
+        CForm* pForm = CMapModule::createMapForm(m_pStack, tarvik, 0);
+        m_pStack->showForm(pForm);
+        return pForm;
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_pLog = std::make_unique<CLogCapture>(true);
+        QVERIFY2(m_buses.start(), qPrintable(m_buses.errorString()));
+        QVERIFY(m_fakes.start(QStringLiteral(TARVIK_BIN_DIR "/tarvik-fakes"),
+                              {QStringLiteral("--nm"), QStringLiteral("offline")}));
+        qputenv("TARVIK_PLUGIN_DIR", QByteArray(TARVIK_BINARY_DIR "/lib/tarvik"));
+        // No tile server: the placeholder and the form are what is tested here.
+        qputenv("TARVIK_TILE_URL", "http://127.0.0.1:1/{z}/{x}/{y}.png");
+        initUiResources();
+        CApplicationStyle::install();
+        CConnectionManager::instance()->setConnectTimeout(1500);
+        m_pStack = new CFormStack();
+        m_pStack->resize(800, 424);
+        m_pStack->show();
+    }
+
+    void cleanupTestCase() { delete m_pStack; }
+
+    void clientStartsWithoutWebEngine()
+    {
+        QProcess ldd;
+        ldd.start(QStringLiteral("ldd"), {QStringLiteral(TARVIK_BIN_DIR "/tarvik")});
+        QVERIFY(ldd.waitForFinished(10000));
+        const QByteArray libraries = ldd.readAllStandardOutput();
+        QVERIFY(libraries.contains("libQt6Widgets"));
+        QVERIFY2(!libraries.contains("WebEngine") && !libraries.contains("WebChannel"),
+                 libraries.constData());
+
+        QTemporaryDir home;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("HOME"), home.path());
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        QProcess client;
+        client.setProcessEnvironment(env);
+        client.start(QStringLiteral(TARVIK_BIN_DIR "/tarvik"), {QStringLiteral("logtoconsole")});
+        QVERIFY(client.waitForStarted(10000));
+        QTest::qWait(2500);
+        QCOMPARE(client.state(), QProcess::Running);
+        QFile maps(QStringLiteral("/proc/%1/maps").arg(client.processId()));
+        QVERIFY(maps.open(QIODevice::ReadOnly));
+        const QByteArray mapped = maps.readAll();
+        QVERIFY(mapped.contains("libQt6Widgets"));
+        QVERIFY(!mapped.contains("libQt6WebEngine"));
+        QVERIFY(!mapped.contains("libtarvikmap"));
+        const QStringList children = childCommands(client.processId());
+        QVERIFY2(!children.join(QLatin1Char('\n')).contains(QStringLiteral("QtWebEngineProcess")),
+                 qPrintable(children.join(QLatin1Char('\n'))));
+        client.terminate();
+        if (!client.waitForFinished(5000))
+            client.kill();
+    }
+
+    void placeholderOpensMapWhenConnected()
+    {
+        QWidget* pForm = openFromView();
+        QVERIFY2(CMapModule::module(), qPrintable(CMapModule::errorString()));
+        QVERIFY(isA(pForm, "Dravo::CMapFakeForm"));
+        QTRY_VERIFY(
+            m_pLog->contains(QStringLiteral("CMapFakeForm::internetConnectionDisconnected 1")));
+        QTest::qWait(300);
+        QCOMPARE(m_pStack->currentWidget(), pForm);
+
+        setNetworkState(70);
+        QTRY_VERIFY_WITH_TIMEOUT(isA(m_pStack->currentWidget(), "Dravo::CMapForm"), 5000);
+        QVERIFY(m_pLog->contains(QStringLiteral("CMapFakeForm::internetConnectionConnected")));
+        QCOMPARE(m_pStack->count(), 3);
+
+        // Back on the map closes it and the placeholder; the view stays.
+        QWidget* pMap = m_pStack->currentWidget();
+        QAbstractButton* pBack = nullptr;
+        for (QAbstractButton* pButton : pMap->findChildren<QAbstractButton*>())
+            if (pButton->accessibleName() == CTexts::back())
+                pBack = pButton;
+        QVERIFY(pBack);
+        QTRY_VERIFY(!static_cast<CForm*>(pMap)->buttonsLocked());
+        QTest::mouseClick(pBack, Qt::LeftButton);
+        QTRY_COMPARE(m_pStack->count(), 1);
+        QCOMPARE(static_cast<CPlaceholderForm*>(m_pStack->currentForm())->title(),
+                 QStringLiteral("view"));
+
+        // Connected now: the next map opens at once, and Back takes the view with it.
+        pForm = openFromView();
+        QVERIFY(isA(pForm, "Dravo::CMapForm"));
+        m_pStack->closeForm(true, m_pStack->currentForm());
+        while (m_pStack->count() > 0)
+            m_pStack->closeForm(true, m_pStack->currentForm());
+    }
+
+    void placeholderGivesUpOnSecondDisconnect()
+    {
+        setNetworkState(20);
+        QTRY_VERIFY(!CConnectionManager::instance()->isConnected());
+        m_pLog->clear();
+        QWidget* pForm = openFromView();
+        QVERIFY(isA(pForm, "Dravo::CMapFakeForm"));
+        QTRY_VERIFY(
+            m_pLog->contains(QStringLiteral("CMapFakeForm::internetConnectionDisconnected 1")));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            m_pLog->contains(QStringLiteral("CMapFakeForm::internetConnectionDisconnected 2")),
+            5000);
+        QTRY_COMPARE(m_pStack->count(), 1);
+        QVERIFY(!m_pLog->containsPrefix(QStringLiteral("CMapForm::CMapForm")));
+        m_pStack->closeForm(true, m_pStack->currentForm());
+    }
+};
+
+int main(int argc, char** argv)
+{
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    if (geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX"))
+        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+    QApplication app(argc, argv);
+    TestMapModule test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_cmapmodule.moc"

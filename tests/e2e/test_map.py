@@ -1,0 +1,155 @@
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
+"""The map screens opened from a received message, driven through the accessibility bus."""
+
+import http.server
+import json
+import os
+import struct
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+import zlib
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from tarvikui import Session, check, run, wait_for  # noqa: E402
+
+SOURCE_DIR = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+ROUTE_JSON = os.path.join(SOURCE_DIR, "tests", "app", "map", "data", "route.json")
+TRACK_NMEA = os.path.join(SOURCE_DIR, "tests", "gps", "data", "track.nmea")
+
+
+def street_tile():
+    """A 256x256 PNG: light land crossed by a grid of white streets."""
+    rows = []
+    for y in range(256):
+        row = bytearray(b"\x00")
+        for x in range(256):
+            street = x % 64 < 6 or y % 64 < 6
+            row += b"\xff\xff\xff" if street else b"\xe8\xe0\xd0"
+        rows.append(bytes(row))
+
+    def chunk(kind, data):
+        return (struct.pack(">I", len(data)) + kind + data
+                + struct.pack(">I", zlib.crc32(kind + data) & 0xffffffff))
+
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", 256, 256, 8, 2, 0, 0, 0))
+            + chunk(b"IDAT", zlib.compress(b"".join(rows))) + chunk(b"IEND", b""))
+
+
+class MapServer:
+    """Loopback tiles under /tiles/ and an OSRM-compatible route service under /osrm/,
+    answering with CORS headers as public servers do; counts what it is asked."""
+
+    def __init__(self):
+        tile = street_tile()
+        with open(ROUTE_JSON, "rb") as f:
+            route = f.read()
+        owner = self
+        self.tiles = 0
+        self.routes = []
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                if self.path.startswith("/tiles/"):
+                    owner.tiles += 1
+                    body, kind = tile, "image/png"
+                elif self.path.startswith("/osrm/route/v1/driving/"):
+                    owner.routes.append(self.path)
+                    body, kind = route, "application/json"
+                else:
+                    self.send_response(404)
+                    self.end_headers()
+                    return
+                self.send_response(200)
+                self.send_header("Content-Type", kind)
+                self.send_header("Content-Length", str(len(body)))
+                self.send_header("Access-Control-Allow-Origin", "*")
+                self.end_headers()
+                self.wfile.write(body)
+
+            def log_message(self, *args):
+                pass
+
+        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        self.url = "http://127.0.0.1:%d" % self.server.server_address[1]
+        threading.Thread(target=self.server.serve_forever, daemon=True).start()
+
+    def close(self):
+        self.server.shutdown()
+
+
+def tap_until(session, name, done):
+    """Taps a button until done() holds: a map form ignores taps for a moment after its
+    controls appear."""
+    def tapped():
+        session.click(session.find("push button", name))
+        time.sleep(0.3)
+        return done()
+    wait_for(tapped, 15, "%r to take effect" % name, interval=0.3)
+
+
+def back_to(session, title):
+    tap_until(session, "Back", lambda: session.window_title() == title)
+
+
+def test_show_on_map_and_view_route(bindir):
+    """"Show on map" opens the position map, whose controls come once tiles have loaded,
+    and Back returns to the inbox; "View route" takes the own position from the GPS,
+    draws the route and switches to the directions without asking for it again."""
+    server = MapServer()
+    shots = os.path.join(bindir, os.pardir, "screenshots")
+    os.makedirs(shots, exist_ok=True)
+    with tempfile.NamedTemporaryFile("w", suffix=".json", delete=False) as f:
+        json.dump([{"from": "+447700900555", "screenname": "Aino", "title": "Here",
+                    "note": "Come over", "latitude": 59.442, "longitude": 24.76}], f)
+    with Session(bindir, sim_args=["--register-at-start", "--delay", "50",
+                                   "--incoming-file", f.name], start_client=False) as s:
+        gps = s._spawn([os.path.join(bindir, "tarvik-fakes"), "--nmea-stream", TRACK_NMEA],
+                       s.env, stdout=subprocess.PIPE)
+        nmea = gps.stdout.readline().decode().strip()
+        check(nmea.startswith("socket://"), "no NMEA stream (said %r)" % nmea)
+        s.client_env = {"TARVIK_TILE_URL": server.url + "/tiles/{z}/{x}/{y}.png",
+                        "TARVIK_ROUTE_URL": server.url + "/osrm",
+                        "TARVIK_NMEA_SOURCE": nmea}
+        s.launch()
+        s.wait_title("tarvik")
+        s.click(s.find("list item", "Inbox"))
+        s.wait_title("tarvik - Inbox")
+        subprocess.run(["dbus-send", "--session", "--print-reply",
+                        "--dest=com.qel.tarvikdaemon", "/com/qel/tarviksim",
+                        "com.qel.TarvikSimControl.DeliverNow", "int32:1"],
+                       env=s.env, check=True, capture_output=True)
+        entry = s.find("list item", "Aino, Here")
+        s.tap_away("label", "New tarviks received")
+
+        s.click(entry, double=True)
+        s.wait_title("tarvik - Message")
+        s.click(s.find("push button", "Show on map"))
+        s.wait_title("tarvik - Map", 30)
+        s.find("push button", "Zoom in", timeout=30)
+        check(server.tiles > 0, "the map showed its controls without asking for tiles")
+        s.screenshot(os.path.join(shots, "e2e-map.png"))
+        back_to(s, "tarvik - Inbox (1)")
+
+        s.click(s.find("list item", "Aino, Here"), double=True)
+        s.wait_title("tarvik - Message")
+        s.click(s.find("push button", "View route"))
+        s.wait_title("tarvik - Route", 30)
+        s.find("push button", "Route", timeout=30)
+        wait_for(lambda: server.routes, 10, "the route request")
+        check(server.routes[0].startswith("/osrm/route/v1/driving/"),
+              "route asked as %r" % server.routes[0])
+        tap_until(s, "Route", lambda: s.all("push button", "Map"))
+        s.screenshot(os.path.join(shots, "e2e-directions.png"))
+        check(len(server.routes) == 1, "the directions asked again: %r" % server.routes)
+        back_to(s, "tarvik - Inbox (1)")
+    server.close()
+    os.unlink(f.name)
+
+
+if __name__ == "__main__":
+    run([test_show_on_map_and_view_route])
