@@ -9,7 +9,7 @@
 #include <QtDebug>
 
 #include "cmapconfig.h"
-#include "cmaplocationpopupfrom.h"
+#include "cmaplocationpopupform.h"
 #include "cmapwebview.h"
 #include "ctextpopupform.h"
 #include "ctexts.h"

@@ -14,7 +14,7 @@
 #include "clogcapture.h"
 #include "cmapconfig.h"
 #include "cmapform.h"
-#include "cmaplocationpopupfrom.h"
+#include "cmaplocationpopupform.h"
 #include "cmapwebview.h"
 #include "cplaceholderform.h"
 #include "ctextpopupform.h"

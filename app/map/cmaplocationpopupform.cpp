@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tarvik authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "cmaplocationpopupfrom.h"
+#include "cmaplocationpopupform.h"
 
 #include <QtDebug>
 
