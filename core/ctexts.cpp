@@ -55,6 +55,7 @@ TARVIK_TEXT(noTarviks, "No tarviks")
 TARVIK_TEXT(fromLabel, "From:")
 TARVIK_TEXT(toLabel, "To:")
 TARVIK_TEXT(subjectLabel, "Subject:")
+TARVIK_TEXT(messageLabel, "Message")
 TARVIK_TEXT(dateLabel, "Date:")
 TARVIK_TEXT(sentLabel, "Sent:")
 TARVIK_TEXT(replyPrefix, "RE:")
@@ -70,6 +71,9 @@ TARVIK_TEXT(emailLabel, "E-mail")
 
 TARVIK_TEXT(registrationPrompt,
             "Please enter your phone number and screen name to proceed with registration.")
+TARVIK_TEXT(reregistrationPrompt,
+            "Please change your phone number and/or screen name and proceed with "
+            "re-registration.")
 TARVIK_TEXT(phoneNumberQuestion, "What's your phone number?")
 TARVIK_TEXT(screenNameQuestion, "What's your screen name?")
 TARVIK_TEXT(internationalFormatHint,
