@@ -15,6 +15,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cstdio>
 
 #include "capplicationstyle.h"
 #include "casynctstorage.h"
@@ -134,6 +135,51 @@ struct CEnvironment
 
 CEnvironment* g_env = nullptr;
 
+// One Send on a fresh compose form over a full outbox; false when the request never
+// came. Latency and the longest GUI gap in nanoseconds.
+bool sendOnce(qint64* pLatencyNs, qint64* pGapNs)
+{
+    g_env->fillOutbox();
+    g_env->stack.reset(new CFormStack());
+    g_env->stack->resize(800, 450);
+    g_env->stack->show();
+    auto* pForm = new CComposeTarvikForm(g_env->stack.data(), 0, "+15550111,+15550112", "Lunch?",
+                                         "At the corner.");
+    g_env->stack->showForm(pForm);
+    QTest::qWait(CForm::UNLOCK_INTERVAL + 10);
+
+    QElapsedTimer clock;
+    g_env->listener.m_pClock = &clock;
+    g_env->listener.m_iSeenNs = -1;
+    qint64 lastTick = 0;
+    qint64 longestGap = 0;
+    QTimer ticker;
+    ticker.setInterval(5);
+    ticker.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&ticker, &QTimer::timeout, [&] {
+        const qint64 now = clock.nsecsElapsed();
+        longestGap = std::max(longestGap, now - lastTick);
+        lastTick = now;
+    });
+    ticker.start();
+    clock.start();
+    QTest::mouseClick(pForm->btnSend(), Qt::LeftButton);
+    // The click itself runs on the GUI thread: it counts as a gap.
+    longestGap = std::max(longestGap, clock.nsecsElapsed() - lastTick);
+    QElapsedTimer limit;
+    limit.start();
+    while (g_env->listener.m_iSeenNs < 0 && limit.elapsed() < 5000)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
+    ticker.stop();
+    g_env->stack.reset();
+    QTest::qWait(20);
+    *pLatencyNs = g_env->listener.m_iSeenNs;
+    *pGapNs = longestGap;
+    if (qEnvironmentVariableIsSet("TARVIK_BENCH_VERBOSE"))
+        fprintf(stderr, "latency %.1f ms, longest gap %.1f ms\n", *pLatencyNs / 1e6, *pGapNs / 1e6);
+    return *pLatencyNs >= 0;
+}
+
 void BM_SendToBusSignal(benchmark::State& state)
 {
     if (!g_env || !g_env->ok) {
@@ -143,48 +189,15 @@ void BM_SendToBusSignal(benchmark::State& state)
     double maxLatencyMs = 0;
     double maxGapMs = 0;
     for (auto _ : state) {
-        g_env->fillOutbox();
-        g_env->stack.reset(new CFormStack());
-        g_env->stack->resize(800, 450);
-        g_env->stack->show();
-        auto* pForm = new CComposeTarvikForm(g_env->stack.data(), 0, "+15550111,+15550112",
-                                             "Lunch?", "At the corner.");
-        g_env->stack->showForm(pForm);
-        QTest::qWait(CForm::UNLOCK_INTERVAL + 10);
-
-        QElapsedTimer clock;
-        g_env->listener.m_pClock = &clock;
-        g_env->listener.m_iSeenNs = -1;
-        qint64 lastTick = 0;
-        qint64 longestGap = 0;
-        QTimer ticker;
-        ticker.setInterval(5);
-        ticker.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&ticker, &QTimer::timeout, [&] {
-            const qint64 now = clock.nsecsElapsed();
-            longestGap = std::max(longestGap, now - lastTick);
-            lastTick = now;
-        });
-        ticker.start();
-        clock.start();
-        QTest::mouseClick(pForm->btnSend(), Qt::LeftButton);
-        // The click itself runs on the GUI thread: it counts as a gap.
-        longestGap = std::max(longestGap, clock.nsecsElapsed() - lastTick);
-        QElapsedTimer limit;
-        limit.start();
-        while (g_env->listener.m_iSeenNs < 0 && limit.elapsed() < 5000)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
-        ticker.stop();
-        if (g_env->listener.m_iSeenNs < 0) {
+        qint64 latencyNs = 0;
+        qint64 gapNs = 0;
+        if (!sendOnce(&latencyNs, &gapNs)) {
             state.SkipWithError("SendReceiveRequest did not arrive");
             return;
         }
-        const double latencyMs = g_env->listener.m_iSeenNs / 1e6;
-        state.SetIterationTime(latencyMs / 1e3);
-        maxLatencyMs = std::max(maxLatencyMs, latencyMs);
-        maxGapMs = std::max(maxGapMs, longestGap / 1e6);
-        g_env->stack.reset();
-        QTest::qWait(20);
+        state.SetIterationTime(latencyNs / 1e9);
+        maxLatencyMs = std::max(maxLatencyMs, latencyNs / 1e6);
+        maxGapMs = std::max(maxGapMs, gapNs / 1e6);
     }
     state.counters["max_latency_ms"] = maxLatencyMs;
     state.counters["longest_gui_gap_ms"] = maxGapMs;
@@ -202,6 +215,13 @@ int main(int argc, char** argv)
     CEnvironment env;
     env.ok = env.start();
     g_env = &env;
+    // The first Send of a process also loads the network backend and the popup's
+    // images; it is reported apart from the steady figures.
+    qint64 latencyNs = 0;
+    qint64 gapNs = 0;
+    if (env.ok && sendOnce(&latencyNs, &gapNs))
+        printf("first send after start: %.1f ms to SendReceiveRequest, longest GUI gap %.1f ms\n",
+               latencyNs / 1e6, gapNs / 1e6);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
