@@ -18,6 +18,11 @@ namespace Dravo {
 namespace {
 const char* const kContactsPrefix = "CComposeTarvikForm::onBtnContactsClick";
 const char* const kSendPrefix = "CComposeTarvikForm::onBtnSendClick";
+// Inputs in the application's look: graphite fields, white text, cyan when focused.
+const char* const kInputStyle =
+    "QLineEdit, QTextEdit { background: #1a1d22; color: white; border: 1px solid #3a3f47;"
+    " border-radius: 4px; padding: 4px; selection-background-color: #2aa8d8; }"
+    "QLineEdit:focus, QTextEdit:focus { border-color: #2aa8d8; }";
 
 CComposeTarvikForm::ContactChooser& contactChooser()
 {
@@ -66,6 +71,7 @@ CComposeTarvikForm::CComposeTarvikForm(QWidget* parent, int composeType, const Q
     }
 
     auto* pPanel = new QWidget(this);
+    pPanel->setStyleSheet(QLatin1String(kInputStyle));
     auto* pGrid = new QGridLayout(pPanel);
     pGrid->setHorizontalSpacing(10);
     pGrid->setVerticalSpacing(0);

@@ -17,6 +17,11 @@ namespace Dravo {
 namespace {
 // The registration form runs the same guard as the compose form and logs its lines.
 const char* const kGuardPrefix = "CComposeTarvikForm::onBtnSendClick";
+// Inputs in the application's look: graphite fields, white text, cyan when focused.
+const char* const kInputStyle =
+    "QLineEdit, QTextEdit { background: #1a1d22; color: white; border: 1px solid #3a3f47;"
+    " border-radius: 4px; padding: 4px; selection-background-color: #2aa8d8; }"
+    "QLineEdit:focus, QTextEdit:focus { border-color: #2aa8d8; }";
 
 CTWLabel* makeLabel(const QString& strText, QWidget* pParent)
 {
@@ -44,6 +49,7 @@ CRegisterForm::CRegisterForm(QWidget* parent, int registerType, const QString& s
     boldFont.setBold(true);
 
     auto* pContent = new QWidget(this);
+    pContent->setStyleSheet(QLatin1String(kInputStyle));
     CTWLabel* pTop = makeLabel(registerType != eRegisterNew ? CTexts::reregistrationPrompt()
                                                             : CTexts::registrationPrompt(),
                                pContent);

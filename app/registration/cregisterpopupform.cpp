@@ -11,7 +11,7 @@
 namespace Dravo {
 
 namespace {
-const int POPUP_FONT_PIXELS = 22;
+const int POPUP_FONT_PIXELS = 20;
 }  // namespace
 
 CRegisterPopupForm::CRegisterPopupForm(QWidget* parent, CForm* pRegisterForm,
@@ -26,6 +26,8 @@ CRegisterPopupForm::CRegisterPopupForm(QWidget* parent, CForm* pRegisterForm,
       m_bSaving(false)
 {
     qDebug("CRegisterPopupForm::CRegisterPopupForm started");
+    // The waiting text runs to three lines: the panel takes its largest size.
+    m_pPopup->setMinimumSize(MAX_WIDTH, MAX_HEIGHT - 30);
     auto* pLayout = new QVBoxLayout(m_pPopup);
     pLayout->setSpacing(10);
     pLayout->setContentsMargins(20, 20, 20, 20);

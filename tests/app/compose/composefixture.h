@@ -55,6 +55,7 @@ public:
         pStorage->start();
         if (!pStorage->isInitialized() && !spy.wait(10000))
             return false;
+        m_stack.setBrush(QBrush(Qt::black));
         m_stack.resize(800, 450);
         m_stack.show();
         return true;

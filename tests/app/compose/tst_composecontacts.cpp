@@ -96,6 +96,7 @@ private Q_SLOTS:
         QVERIFY(loaded.wait(20000));
         QVERIFY2(loaded.first().at(0).toBool(),
                  qPrintable(CContactsModule::instance()->errorString()));
+        m_stack.setBrush(QBrush(Qt::black));
         m_stack.resize(800, 450);
         m_stack.show();
     }
