@@ -35,6 +35,7 @@ public:
     static const QString& open();
     static const QString& deleteText();
     static const QString& deleteAll();
+    static const QString& sendReceive();
     static const QString& send();
     static const QString& reply();
     static const QString& forward();
@@ -68,6 +69,12 @@ public:
     static const QString& replyPrefix();    // "RE:"
     static const QString& forwardPrefix();  // "FW:"
     static const QString& chooseAContact();
+    static const QString& inboxTitle();    // "tarvik - Inbox"
+    static const QString& outboxTitle();   // "tarvik - Outbox"
+    static const QString& sentTitle();     // "tarvik - Sent"
+    static const QString& messageTitle();  // "tarvik - Message"
+    static const QString& emptyField();    // "< empty >"
+    static const QString& originalMessage();
 
     // Contact chooser
     static const QString& searchContacts();

@@ -18,6 +18,7 @@ PACKAGES=(
   libjs-leaflet
   libbenchmark-dev
   appstream desktop-file-utils
+  at-spi2-core python3-pyatspi gir1.2-atspi-2.0 python3-gi dunst
   fonts-dejavu-core
 )
 

@@ -8,6 +8,7 @@
 #include "capplicationstyle.h"
 #include "casynctstorage.h"
 #include "ccontactsmodule.h"
+#include "cdesktopnotifier.h"
 #include "clogwriter.h"
 #include "cmainformstack.h"
 #include "cmainwindow.h"
@@ -45,6 +46,8 @@ int main(int argc, char** argv)
 
     registerScreens();
     auto* pMainWindow = new CMainWindow(nullptr);
+    // New messages are also announced to the desktop while the window is in the back.
+    new CDesktopNotifier(pMainWindow, &app);
 
     // The address book is not needed by the first screen, and its libraries take as
     // long to map as the whole client: they are loaded on a helper thread once the main

@@ -2,13 +2,23 @@
 
 #include "ccomposetarvikform.h"
 #include "cformfactory.h"
+#include "cinboxform.h"
+#include "coutboxform.h"
 #include "cregisterform.h"
 #include "csendreceivepopupform.h"
+#include "csentform.h"
+#include "cviewtarvikform.h"
 
 namespace Dravo {
 
 void registerScreens()
 {
+    CFormFactory::setInboxCreator([](QWidget* pParent) { return new CInboxForm(pParent); });
+    CFormFactory::setOutboxCreator([](QWidget* pParent) { return new COutboxForm(pParent); });
+    CFormFactory::setSentCreator([](QWidget* pParent) { return new CSentForm(pParent); });
+    CFormFactory::setViewCreator([](QWidget* pParent, const CTarvik& tarvik, int iType) {
+        return new CViewTarvikForm(pParent, tarvik, iType);
+    });
     CFormFactory::setComposeCreator(
         [](QWidget* p, int t, const QString& to, const QString& s, const QString& n, double lat,
            double lon) -> CForm* { return new CComposeTarvikForm(p, t, to, s, n, lat, lon); });

@@ -21,8 +21,13 @@ CApplicationStyle::CApplicationStyle()
 
 void CApplicationStyle::install()
 {
-    QApplication::setStyle(new CApplicationStyle());
-    QApplication::setPalette(QApplication::style()->standardPalette());
+    auto* pStyle = new CApplicationStyle();
+    QApplication::setStyle(pStyle);
+    // The base style's standard palette is light; the application's dark one is that
+    // palette as polish() makes it.
+    QPalette palette = pStyle->standardPalette();
+    pStyle->polish(palette);
+    QApplication::setPalette(palette);
 }
 
 void CApplicationStyle::polish(QPalette& palette)
@@ -63,7 +68,10 @@ void CApplicationStyle::drawControl(ControlElement element, const QStyleOption* 
     if (element == CE_PushButtonLabel) {
         if (const auto* pButton = qstyleoption_cast<const QStyleOptionButton*>(pOption)) {
             QStyleOptionButton option(*pButton);
-            option.palette.setColor(QPalette::ButtonText, Qt::white);
+            // Disabled buttons read dimmed, so the enabled ones stand out.
+            const bool bEnabled = pButton->state & State_Enabled;
+            option.palette.setColor(QPalette::ButtonText,
+                                    bEnabled ? QColor(Qt::white) : QColor(0x6e, 0x74, 0x7d));
             pPainter->save();
             QFont font = pPainter->font();
             font.setBold(true);

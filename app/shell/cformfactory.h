@@ -50,8 +50,7 @@ public:
     using ComposeCreator = std::function<CForm*(
         QWidget* pParent, int iType, const QString& strRecipient, const QString& strTitle,
         const QString& strNote, double dLatitude, double dLongitude)>;
-    using TarvikCreator =
-        std::function<CForm*(QWidget* pParent, const CTarvik& tarvik, int iType)>;
+    using TarvikCreator = std::function<CForm*(QWidget* pParent, const CTarvik& tarvik, int iType)>;
     using PopupCreator = std::function<CForm*(QWidget* pParent)>;
     using RegisterCreator = std::function<CForm*(
         QWidget* pParent, int iType, const QString& strNumber, const QString& strScreenName)>;

@@ -71,10 +71,30 @@ inline void recordFactory()
     CFormFactory::setOutboxCreator(folder("outbox"));
     CFormFactory::setSentCreator(folder("sent"));
     CFormFactory::setComposeCreator([](QWidget* pParent, int iType, const QString& a,
-                                       const QString& b, const QString& c, double,
-                                       double) -> Dravo::CForm* {
-        FactoryCall call{"compose", iType, {a, b, c}, nullptr};
+                                       const QString& b, const QString& c, double dLat,
+                                       double dLon) -> Dravo::CForm* {
+        FactoryCall call{"compose", iType,
+                         {a, b, c, QString::number(dLat, 'g', 10), QString::number(dLon, 'g', 10)},
+                         nullptr};
         call.pForm = new CPlaceholderForm(pParent, "compose", QString());
+        factoryCalls() << call;
+        return call.pForm;
+    });
+    auto tarvikForm = [](const QString& strKind) {
+        return [strKind](QWidget* pParent, const Dravo::CTarvik& tarvik,
+                         int iType) -> Dravo::CForm* {
+            FactoryCall call{strKind, iType, {QString::number(tarvik.id()), tarvik.title()},
+                             nullptr};
+            call.pForm = new CPlaceholderForm(pParent, strKind, QString());
+            factoryCalls() << call;
+            return call.pForm;
+        };
+    };
+    CFormFactory::setViewCreator(tarvikForm("view"));
+    CFormFactory::setMapCreator(tarvikForm("map"));
+    CFormFactory::setSendReceiveCreator([](QWidget* pParent) -> Dravo::CForm* {
+        FactoryCall call{"sendReceive", -1, {}, nullptr};
+        call.pForm = new CPlaceholderForm(pParent, "sendReceive", QString());
         factoryCalls() << call;
         return call.pForm;
     });

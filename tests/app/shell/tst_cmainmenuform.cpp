@@ -123,7 +123,7 @@ private Q_SLOTS:
         QCOMPARE(call.strKind, kind);
         if (kind == "compose") {
             QCOMPARE(call.iType, int(CFormFactory::eComposeNew));
-            QCOMPARE(call.lstArgs, QStringList({"", "", ""}));
+            QCOMPARE(call.lstArgs, QStringList({"", "", "", "0", "0"}));
         }
         QCOMPARE(call.pForm->parentWidget(), stack());
         QCOMPARE(stack()->count(), 2);

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "cfolderform.h"
+
+namespace Dravo {
+
+// The messages waiting to be sent, or whose sending failed.
+class COutboxForm : public CFolderForm
+{
+    Q_OBJECT
+public:
+    explicit COutboxForm(QWidget* parent = nullptr);
+};
+
+}  // namespace Dravo

@@ -1,0 +1,18 @@
+#include "csentform.h"
+
+#include "cformfactory.h"
+#include "ctexts.h"
+#include "dbusobject.h"
+
+namespace Dravo {
+
+CSentForm::CSentForm(QWidget* parent)
+    : CFolderForm(parent, {"CSentForm", CAsyncTStorage::eFolderSent, CTexts::sentTitle(), true,
+                           false, CFormFactory::eViewSent, false, false})
+{
+    connect(Tarvik::DBusObject::instance(), &Tarvik::DBusObject::MessagesSent, this,
+            &CFolderForm::refresh, Qt::QueuedConnection);
+    refresh();
+}
+
+}  // namespace Dravo

@@ -1,0 +1,54 @@
+#include "ctarviklistmodel.h"
+
+namespace Dravo {
+
+CTarvikListModel::CTarvikListModel(QObject* parent, CAsyncTStorage::eFolderName folderName)
+    : CAbstractListModel<CTarvik>(parent, parent), m_folderName(folderName)
+{
+    CAsyncTStorage* pStorage = CAsyncTStorage::getInstance(1);
+    connect(pStorage, &CAsyncTStorage::signalTarviksGotten, this,
+            [this](bool result, const QList<CTarvik>& tarviks, uint folderName,
+                   CTarvikStorage::CUserData*) { tarviksGotten(result, tarviks, folderName); });
+}
+
+void CTarvikListModel::refresh()
+{
+    removeAllItems();
+    const bool bAsked = CAsyncTStorage::getInstance(1)->getTarviks(m_folderName, -1, 0, nullptr);
+    Q_EMIT fetchingStarted();
+    // No answer will come from a storage that is not open: do not stay busy.
+    if (!bAsked) {
+        qCritical("CTarvikListModel::refresh failed: storage is not ready");
+        Q_EMIT fetchingComplete();
+    }
+}
+
+void CTarvikListModel::tarviksGotten(bool result, QList<CTarvik> tarviks, uint folderName)
+{
+    if (folderName != uint(m_folderName))
+        return;
+    if (result)
+        appendItems(tarviks);
+    else
+        qCritical("CTarvikListModel::tarviksGotten failed");
+    Q_EMIT fetchingComplete();
+}
+
+QVariant CTarvikListModel::data(const QModelIndex& index, int role) const
+{
+    if (role != Qt::AccessibleTextRole)
+        return CAbstractListModel<CTarvik>::data(index, role);
+    if (!index.isValid() || index.row() < 0 || index.row() >= itemCount())
+        return QVariant();
+    const CTarvik& tarvik = itemAt(index.row());
+    const QString strWho =
+        m_folderName == CAsyncTStorage::eFolderInbox ? tarvik.screenname() : tarvik.to();
+    return strWho + QStringLiteral(", ") + tarvik.title();
+}
+
+QString CTarvikListModel::itemToText(const CTarvik& tarvik) const
+{
+    return tarvik.title();
+}
+
+}  // namespace Dravo

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "cabstractlistmodel.h"
+#include "casynctstorage.h"
+#include "ctarvik.h"
+
+namespace Dravo {
+
+// The messages of one folder, filled from the GUI's storage service. Answers for other
+// folders are ignored: every model listens to the same service.
+class CTarvikListModel : public CAbstractListModel<CTarvik>
+{
+    Q_OBJECT
+public:
+    CTarvikListModel(QObject* parent, CAsyncTStorage::eFolderName folderName);
+
+    CAsyncTStorage::eFolderName folderName() const { return m_folderName; }
+
+    // Empties the model and asks the storage service for the whole folder.
+    void refresh();
+
+    // Adds the accessible text of an entry (who and what) to the roles of the base.
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+
+public Q_SLOTS:
+    void tarviksGotten(bool result, QList<Dravo::CTarvik> tarviks, uint folderName);
+
+protected:
+    QString itemToText(const CTarvik& tarvik) const override;
+
+private:
+    CAsyncTStorage::eFolderName m_folderName;
+};
+
+}  // namespace Dravo

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "cform.h"
+#include "ctarvik.h"
+#include "ctarvikstorage.h"
+#include "ctsettings.h"
+
+class QGridLayout;
+
+namespace Dravo {
+
+class CLineEdit;
+class CTextEdit;
+class CTWPushButton;
+class CTWToolBar;
+
+// Shows one message read-only: date, sender (or recipient), subject and text, with the
+// way on to the map, the route, an answer and a forward.
+class CViewTarvikForm : public CForm
+{
+    Q_OBJECT
+public:
+    // Travels with the settings request of Reply and Forward and says which asked.
+    class CViewUserData : public CTarvikStorage::CUserData
+    {
+    public:
+        explicit CViewUserData(int useCase) : m_useCase(useCase) {}
+        int m_useCase;  // 0 forward, 1 reply
+    };
+    enum eUseCase
+    {
+        eUseCaseForward = 0,
+        eUseCaseReply = 1
+    };
+
+    CViewTarvikForm(QWidget* parent, const CTarvik& tarvik, int viewType);
+    ~CViewTarvikForm() override;
+
+    QString title() const override;
+
+    int viewType() const { return m_viewType; }
+    const CTarvik& tarvik() const { return m_tarvik; }
+    CLineEdit* lineEditDate() const { return m_pLineEditDate; }
+    CLineEdit* lineEditFromTo() const { return m_pLineEditFromTo; }
+    CLineEdit* lineEditSubject() const { return m_pLineEditSubject; }
+    CTextEdit* textEditMessage() const { return m_pTextEditMessage; }
+    // Null for a sent message, which has no map buttons and no Reply.
+    CTWPushButton* buttonShowOnMap() const { return m_pBtnShowOnMap; }
+    CTWPushButton* buttonViewRoute() const { return m_pBtnViewRoute; }
+    CTWPushButton* buttonReply() const { return m_pBtnReply; }
+    CTWPushButton* buttonForward() const { return m_pBtnForward; }
+    CTWPushButton* buttonBack() const { return m_pBtnBack; }
+
+public Q_SLOTS:
+    void onBtnCloseClick();
+    void onBtnShowOnMapClick();
+    void onBtnViewRouteClick();
+    void onBtnReplyClick();
+    void onBtnForwardClick();
+    void settingsGotten(bool result, Dravo::CTSettings settings,
+                        Dravo::CTarvikStorage::CUserData* userData);
+
+private:
+    CLineEdit* addField(QGridLayout* pGrid, int iRow, const QString& strLabel,
+                        const QString& strText);
+    CTWPushButton* addButton(const QString& strText, Qt::Alignment alignment,
+                             void (CViewTarvikForm::*slot)());
+    void requestSettings(int useCase);
+
+    int m_viewType;
+    CTarvik m_tarvik;
+    CLineEdit* m_pLineEditDate;
+    CLineEdit* m_pLineEditFromTo;
+    CLineEdit* m_pLineEditSubject;
+    CTextEdit* m_pTextEditMessage;
+    CTWToolBar* m_pToolBar;
+    CTWPushButton* m_pBtnShowOnMap;
+    CTWPushButton* m_pBtnViewRoute;
+    CTWPushButton* m_pBtnReply;
+    CTWPushButton* m_pBtnForward;
+    CTWPushButton* m_pBtnBack;
+    // The tag of the settings request still unanswered, or null.
+    CViewUserData* m_pPendingUserData;
+};
+
+}  // namespace Dravo

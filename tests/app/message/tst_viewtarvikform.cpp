@@ -1,0 +1,183 @@
+#include "clineedit.h"
+#include "ctextedit.h"
+#include "ctsettings.h"
+#include "ctwpushbutton.h"
+#include "cviewtarvikform.h"
+#include "folderfixture.h"
+
+using namespace Dravo;
+using TarvikTest::factoryCalls;
+using TarvikTest::makeTarvik;
+
+class TestViewTarvikForm : public QObject
+{
+    Q_OBJECT
+
+    TarvikTest::CShellFixture m_fixture;
+
+    static QString shortDate(const CTarvik& tarvik)
+    {
+        return QLocale::system().toString(tarvik.dateTime().toLocalTime(), QLocale::ShortFormat);
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_fixture.start());
+        CTSettings settings;
+        settings.setScreenname("Me");
+        CAsyncTStorage* pStorage = CAsyncTStorage::getInstance(1);
+        QSignalSpy saved(pStorage, &CAsyncTStorage::signalSettingsSaved);
+        QVERIFY(pStorage->saveSettings(settings, CTSettings::eMaskScreenname));
+        QVERIFY(saved.wait(5000));
+    }
+
+    void init() { factoryCalls().clear(); }
+
+    void fields_data()
+    {
+        QTest::addColumn<int>("viewType");
+        QTest::addColumn<QString>("screenName");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<bool>("received");
+        QTest::newRow("received, named") << 0 << "Aino"
+                                         << "Aino ( +447700900111 )" << true;
+        QTest::newRow("received, no name") << 0 << ""
+                                           << "+447700900111" << true;
+        QTest::newRow("sent") << 1 << "Aino"
+                              << "+447700900222" << false;
+    }
+
+    // The From/To line, and which buttons a received and a sent message offer.
+    void fields()
+    {
+        QFETCH(int, viewType);
+        QFETCH(QString, screenName);
+        QFETCH(QString, shown);
+        QFETCH(bool, received);
+        CTarvik tarvik = makeTarvik("<b>Hi</b>");
+        tarvik.setScreenname(screenName);
+        CViewTarvikForm form(nullptr, tarvik, viewType);
+        QCOMPARE(form.title(), QString("tarvik - Message"));
+        QCOMPARE(form.lineEditFromTo()->text(), shown);
+        QCOMPARE(form.lineEditSubject()->text(), QString("<b>Hi</b>"));
+        QCOMPARE(form.textEditMessage()->toPlainText(), tarvik.note());
+        QCOMPARE(form.lineEditDate()->text(),
+                 QLocale::system().toString(tarvik.dateTime().toLocalTime(), QLocale::LongFormat));
+        QCOMPARE(form.lineEditFromTo()->accessibleName(),
+                 received ? QString("From") : QString("To"));
+        QCOMPARE(form.buttonShowOnMap() != nullptr, received);
+        QCOMPARE(form.buttonViewRoute() != nullptr, received);
+        QCOMPARE(form.buttonReply() != nullptr, received);
+        QVERIFY(form.buttonForward() && form.buttonBack());
+        QVERIFY(!form.lineEditFromTo()->testAttribute(Qt::WA_InputMethodEnabled));
+        QVERIFY(form.textEditMessage()->isReadOnly());
+    }
+
+    void prefill_data()
+    {
+        QTest::addColumn<int>("viewType");
+        QTest::addColumn<bool>("reply");
+        QTest::addColumn<int>("composeType");
+        QTest::addColumn<QString>("to");
+        QTest::addColumn<QString>("subject");
+        QTest::addColumn<QString>("fromLine");
+        QTest::addColumn<QString>("toLine");
+        QTest::addColumn<bool>("position");
+        QTest::newRow("reply to received") << 0 << true << 1 << "+447700900111"
+                                           << "RE: Lunch"
+                                           << "From: Aino ( +447700900111 )\n"
+                                           << "To: Me ( +447700900222 )\n"
+                                           << false;
+        QTest::newRow("forward received") << 0 << false << 2 << ""
+                                          << "FW: Lunch"
+                                          << "From: Aino ( +447700900111 )\n"
+                                          << "To: Me ( +447700900222 )\n"
+                                          << true;
+        QTest::newRow("forward sent") << 1 << false << 2 << ""
+                                      << "FW: Lunch"
+                                      << "From: Me ( +447700900111 )\n"
+                                      << "To: +447700900222\n"
+                                      << true;
+    }
+
+    // Reply and Forward read the settings and open the compose form with the quoted
+    // original, byte for byte.
+    void prefill()
+    {
+        QFETCH(int, viewType);
+        QFETCH(bool, reply);
+        QFETCH(int, composeType);
+        QFETCH(QString, to);
+        QFETCH(QString, subject);
+        QFETCH(QString, fromLine);
+        QFETCH(QString, toLine);
+        QFETCH(bool, position);
+        const CTarvik tarvik = makeTarvik("Lunch");
+        CViewTarvikForm form(nullptr, tarvik, viewType);
+        QSignalSpy shown(&form, &CForm::showForm);
+        if (reply)
+            form.onBtnReplyClick();
+        else
+            form.onBtnForwardClick();
+        QVERIFY(shown.wait(5000));
+        QCOMPARE(factoryCalls().size(), 1);
+        const TarvikTest::FactoryCall& call = factoryCalls().first();
+        QCOMPARE(call.strKind, QString("compose"));
+        QCOMPARE(call.iType, composeType);
+        const QString strNote = "\n\n-------------------- Original message --------------------\n" +
+                                fromLine + "Sent: " + shortDate(tarvik) + "\n" + toLine +
+                                "Subject: Lunch\n\nNote of Lunch";
+        const QStringList expected{to, subject, strNote,
+                                   position ? QString("60.169857") : QString("0"),
+                                   position ? QString("24.938379") : QString("0")};
+        QCOMPARE(call.lstArgs, expected);
+    }
+
+    // An answer to another screen's settings request is not taken for this form's, and a
+    // form closed before its answer arrives is not touched by it.
+    void foreignAndLateAnswers()
+    {
+        auto* pForm = new CViewTarvikForm(nullptr, makeTarvik("Lunch"), 0);
+        QSignalSpy shown(pForm, &CForm::showForm);
+        CAsyncTStorage* pStorage = CAsyncTStorage::getInstance(1);
+        CTarvikStorage::CUserData other;
+        QSignalSpy answers(pStorage, &CAsyncTStorage::signalSettingsGotten);
+        QVERIFY(pStorage->getSettings(&other));
+        pForm->onBtnForwardClick();
+        QTRY_COMPARE_WITH_TIMEOUT(answers.size(), 2, 5000);
+        QCOMPARE(shown.size(), 1);
+        QCOMPARE(factoryCalls().size(), 1);
+
+        QTest::qWait(CForm::UNLOCK_INTERVAL + 50);
+        pForm->onBtnReplyClick();
+        delete pForm;
+        QTRY_COMPARE_WITH_TIMEOUT(answers.size(), 3, 5000);
+        QCOMPARE(factoryCalls().size(), 1);
+    }
+
+    void mapButtons_data()
+    {
+        QTest::addColumn<bool>("route");
+        QTest::addColumn<int>("mapType");
+        QTest::newRow("show on map") << false << 0;
+        QTest::newRow("view route") << true << 2;
+    }
+
+    void mapButtons()
+    {
+        QFETCH(bool, route);
+        QFETCH(int, mapType);
+        CViewTarvikForm form(nullptr, makeTarvik("Lunch"), 0);
+        if (route)
+            form.onBtnViewRouteClick();
+        else
+            form.onBtnShowOnMapClick();
+        QTRY_COMPARE_WITH_TIMEOUT(factoryCalls().size(), 1, 6000);
+        QCOMPARE(factoryCalls().first().strKind, QString("map"));
+        QCOMPARE(factoryCalls().first().iType, mapType);
+    }
+};
+
+QTEST_MAIN(TestViewTarvikForm)
+#include "tst_viewtarvikform.moc"

@@ -1,0 +1,346 @@
+"""Drives the real tarvik client through the accessibility bus, as a person would.
+
+A session starts a private D-Bus session bus (the accessibility bus launcher is
+activated from it), a private system bus, Xvfb, the daemon simulator and the client
+with accessibility on. Controls are found by role and accessible name and are clicked
+with real pointer events at the position the accessibility bus reports.
+
+Usage:
+    with Session(bindir, sim_args=[...]) as s:
+        s.click(s.find("push button", "Open"))
+"""
+
+import os
+import shutil
+import signal
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import time
+
+SYSTEM_BUS_CONFIG = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-BUS Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>system</type>
+  <listen>unix:path={path}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+
+class Failure(AssertionError):
+    pass
+
+
+def check(condition, message):
+    if not condition:
+        raise Failure(message)
+
+
+def wait_for(predicate, timeout, what, interval=0.1):
+    """Polls predicate until it returns something true; fails naming `what`."""
+    deadline = time.monotonic() + timeout
+    last_error = None
+    while time.monotonic() < deadline:
+        try:
+            value = predicate()
+            if value:
+                return value
+        except Exception as error:  # the tree changes under our feet while screens switch
+            last_error = error
+        time.sleep(interval)
+    raise Failure("timed out after %.1f s waiting for %s%s"
+                  % (timeout, what, " (last error: %s)" % last_error if last_error else ""))
+
+
+class Session:
+    def __init__(self, bindir, sim_args=None, home=None, client_env=None, start_client=True):
+        self.bindir = bindir
+        self.sim_args = sim_args or []
+        self.client_env = client_env or {}
+        self.start_client = start_client
+        self.tmp = tempfile.mkdtemp(prefix="tarvik-atspi-")
+        self.home = home or os.path.join(self.tmp, "home")
+        os.makedirs(self.home, exist_ok=True)
+        self.procs = []
+        self.client = None
+        self.app = None
+        self.env = None
+
+    # --- set-up ---------------------------------------------------------------
+
+    def _spawn(self, args, env, **kwargs):
+        log = open(os.path.join(self.tmp, os.path.basename(args[0]) + ".log"), "ab")
+        proc = subprocess.Popen(args, env=env, stdout=kwargs.pop("stdout", log), stderr=log,
+                                start_new_session=True, **kwargs)
+        self.procs.append(proc)
+        return proc
+
+    def _start_buses(self, display):
+        # Services the bus activates (the accessibility bus and its registry, which
+        # turns generated input into X events) inherit the display from here.
+        env = os.environ.copy()
+        env["DISPLAY"] = display
+        env["XDG_RUNTIME_DIR"] = self.tmp
+        out = subprocess.run(["dbus-daemon", "--session", "--fork", "--print-address=1",
+                              "--print-pid=1"], capture_output=True, text=True, check=True,
+                             env=env)
+        address, pid = out.stdout.split()[:2]
+        self.bus_pids = [int(pid)]
+        sys_path = os.path.join(self.tmp, "system_bus_socket")
+        config = os.path.join(self.tmp, "system.conf")
+        with open(config, "w") as f:
+            f.write(SYSTEM_BUS_CONFIG.format(path=sys_path))
+        out = subprocess.run(["dbus-daemon", "--config-file=" + config, "--fork",
+                              "--print-pid=1"], capture_output=True, text=True, check=True)
+        self.bus_pids.append(int(out.stdout.split()[0]))
+        return address, "unix:path=" + sys_path
+
+    def _start_xvfb(self):
+        for display in range(90, 190):
+            if os.path.exists("/tmp/.X11-unix/X%d" % display) or os.path.exists(
+                    "/tmp/.X%d-lock" % display):
+                continue
+            proc = self._spawn(["Xvfb", ":%d" % display, "-screen", "0", "800x480x24",
+                                "-nolisten", "tcp"], os.environ.copy())
+            try:
+                wait_for(lambda: os.path.exists("/tmp/.X11-unix/X%d" % display), 10, "Xvfb")
+            except Failure:
+                proc.kill()
+                continue
+            return ":%d" % display
+        raise Failure("no free X display")
+
+    def __enter__(self):
+        display = self._start_xvfb()
+        session_bus, system_bus = self._start_buses(display)
+        env = os.environ.copy()
+        for key in ("WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "QT_QTESTLIB_RUNNING"):
+            env.pop(key, None)
+        env.update({
+            "HOME": self.home,
+            "DISPLAY": display,
+            "DBUS_SESSION_BUS_ADDRESS": session_bus,
+            "DBUS_SYSTEM_BUS_ADDRESS": system_bus,
+            "XDG_RUNTIME_DIR": self.tmp,
+            "XDG_CONFIG_HOME": os.path.join(self.home, ".config"),
+            "XDG_DATA_HOME": os.path.join(self.home, ".local/share"),
+            "XDG_CACHE_HOME": os.path.join(self.home, ".cache"),
+            "GSETTINGS_BACKEND": "memory",
+            "NO_AT_BRIDGE": "0",
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+            "QT_ACCESSIBILITY": "1",
+            "LC_ALL": "C.UTF-8",
+        })
+        self.env = env
+        # pyatspi finds the accessibility bus through these, so set them before import.
+        os.environ.update({k: env[k] for k in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS",
+                                                 "XDG_RUNTIME_DIR", "HOME")})
+        sim = self._spawn([os.path.join(self.bindir, "tarvik-simd")] + self.sim_args, env,
+                          stdout=subprocess.PIPE)
+        line = sim.stdout.readline().decode().strip()
+        check(line == "ready", "the simulator did not come up (said %r)" % line)
+        if self.start_client:
+            self.launch()
+        return self
+
+    def launch(self):
+        env = dict(self.env)
+        env.update(self.client_env)
+        self.client = self._spawn([os.path.join(self.bindir, "tarvik")], env)
+        import pyatspi  # noqa: F401  (needs the environment above)
+        self.app = wait_for(self._find_app, 30, "the tarvik application on the accessibility bus")
+        return self.client
+
+    def __exit__(self, *exc):
+        self.stop()
+        shutil.rmtree(self.tmp, ignore_errors=True)
+        return False
+
+    def stop(self):
+        for proc in reversed(self.procs):
+            if proc.poll() is None:
+                try:
+                    os.killpg(proc.pid, signal.SIGTERM)
+                except ProcessLookupError:
+                    pass
+                try:
+                    proc.wait(10)
+                except subprocess.TimeoutExpired:
+                    os.killpg(proc.pid, signal.SIGKILL)
+                    proc.wait()
+        self.procs = []
+        for pid in getattr(self, "bus_pids", []):
+            try:
+                os.kill(pid, signal.SIGTERM)
+            except ProcessLookupError:
+                pass
+        self.bus_pids = []
+
+    def quit_client(self, timeout=15):
+        """Ends the client as a desktop would (SIGTERM) and waits for it."""
+        self.client.send_signal(signal.SIGTERM)
+        self.client.wait(timeout)
+        self.app = None
+
+    # --- the accessibility tree -------------------------------------------------
+
+    def _find_app(self):
+        import pyatspi
+        desktop = pyatspi.Registry.getDesktop(0)
+        for i in range(desktop.childCount):
+            app = desktop.getChildAtIndex(i)
+            if app is not None and app.name == "tarvik":
+                return app
+        return None
+
+    @staticmethod
+    def _walk(node, depth=0):
+        if node is None or depth > 40:
+            return
+        yield node
+        try:
+            count = node.childCount
+        except Exception:
+            return
+        for i in range(count):
+            try:
+                child = node.getChildAtIndex(i)
+            except Exception:
+                continue
+            yield from Session._walk(child, depth + 1)
+
+    @staticmethod
+    def _showing(node):
+        import pyatspi
+        try:
+            return node.getState().contains(pyatspi.STATE_SHOWING)
+        except Exception:
+            return False
+
+    def all(self, role=None, name=None, showing=True):
+        found = []
+        for node in self._walk(self.app):
+            try:
+                if role is not None and node.getRoleName() != role:
+                    continue
+                if name is not None and node.name != name:
+                    continue
+            except Exception:
+                continue
+            if showing and not self._showing(node):
+                continue
+            found.append(node)
+        return found
+
+    def find(self, role, name, timeout=15, showing=True):
+        """The first control of this role and accessible name that is on screen."""
+        def look():
+            nodes = self.all(role, name, showing)
+            return nodes[0] if nodes else None
+        return wait_for(look, timeout, "%s %r" % (role, name))
+
+    def names(self, role):
+        return [n.name for n in self.all(role)]
+
+    def window_title(self):
+        frames = self.all("frame")
+        return frames[0].name if frames else None
+
+    def wait_title(self, title, timeout=15):
+        return wait_for(lambda: self.window_title() == title, timeout,
+                        "window title %r (now %r)" % (title, self.window_title()))
+
+    @staticmethod
+    def text(node):
+        t = node.queryText()
+        return t.getText(0, t.characterCount)
+
+    @staticmethod
+    def enabled(node):
+        import pyatspi
+        return node.getState().contains(pyatspi.STATE_ENABLED)
+
+    # --- input ------------------------------------------------------------------
+
+    @staticmethod
+    def centre(node):
+        import pyatspi
+        ext = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        check(ext.width > 0 and ext.height > 0, "%r has no size on screen" % node.name)
+        return ext.x + ext.width // 2, ext.y + ext.height // 2
+
+    def click(self, node, double=False):
+        import pyatspi
+        x, y = self.centre(node)
+        pyatspi.Registry.generateMouseEvent(x, y, "b1d" if double else "b1c")
+        time.sleep(0.05)
+
+    def type_text(self, text):
+        import pyatspi
+        pyatspi.Registry.generateKeyboardEvent(0, text, pyatspi.KEY_STRING)
+
+    # --- data ---------------------------------------------------------------------
+
+    @property
+    def database(self):
+        return os.path.join(self.home, ".tarvik", "tarvikdb.sqlite")
+
+    def rows(self, folder, where="1", args=()):
+        con = sqlite3.connect(self.database, timeout=5)
+        con.row_factory = sqlite3.Row
+        try:
+            return [dict(r) for r in con.execute(
+                "SELECT * FROM %s WHERE %s ORDER BY tid" % (folder, where), args)]
+        finally:
+            con.close()
+
+    def execute(self, sql, args=()):
+        con = sqlite3.connect(self.database, timeout=5)
+        try:
+            con.execute(sql, args)
+            con.commit()
+        finally:
+            con.close()
+
+    def log(self):
+        path = os.path.join(self.home, ".tarvik", "tarvik.log")
+        with open(path, encoding="utf-8", errors="replace") as f:
+            return f.read().splitlines()
+
+    def screenshot(self, path):
+        subprocess.run(["import", "-display", self.env["DISPLAY"], "-window", "root", path],
+                       check=True)
+
+
+def run(tests):
+    """Runs each test function in a process of its own (the accessibility library keeps
+    its first bus for the life of a process); prints a line per test and exits non-zero
+    on a failure. Arguments: the directory of the binaries, then optionally test names."""
+    bindir = sys.argv[1] if len(sys.argv) > 1 else "."
+    only = sys.argv[2:]
+    if len(only) == 1:
+        test = {t.__name__: t for t in tests}[only[0]]
+        started = time.monotonic()
+        try:
+            test(bindir)
+        except Exception as error:
+            print("FAIL!  %s: %s" % (test.__name__, error), flush=True)
+            import traceback
+            traceback.print_exc()
+            sys.exit(1)
+        print("PASS   %s (%.1f s)" % (test.__name__, time.monotonic() - started), flush=True)
+        sys.exit(0)
+    failed = 0
+    for test in tests:
+        if only and test.__name__ not in only:
+            continue
+        result = subprocess.run([sys.executable, sys.argv[0], bindir, test.__name__])
+        failed += result.returncode != 0
+    sys.exit(1 if failed else 0)

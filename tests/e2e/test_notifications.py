@@ -1,0 +1,66 @@
+"""New messages reach a real notification server (dunst) while tarvik is in the back."""
+
+import json
+import os
+import subprocess
+import sys
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from tarvikui import Session, check, run, wait_for  # noqa: E402
+
+
+def history(session):
+    out = subprocess.run(["dunstctl", "history"], env=session.env, capture_output=True,
+                         text=True)
+    if out.returncode != 0:
+        return []
+    data = json.loads(out.stdout)["data"]
+    return [n for group in data for n in group]
+
+
+def test_dunst_shows_senders(bindir):
+    incoming = [{"from": "+447700900555", "screenname": "<b>Mallory</b>", "title": "Hi",
+                 "note": "n", "latitude": 60.1, "longitude": 24.9}]
+    path = os.path.join(os.environ.get("TMPDIR", "/tmp"), "tarvik-notify-%d.json" % os.getpid())
+    with open(path, "w") as f:
+        json.dump(incoming, f)
+    try:
+        with Session(bindir, sim_args=["--register-at-start", "--delay", "50",
+                                       "--incoming-file", path], start_client=False) as s:
+            dunst = s._spawn(["dunst"], s.env)
+            wait_for(lambda: subprocess.run(["dunstctl", "is-paused"], env=s.env,
+                                            capture_output=True).returncode == 0,
+                     10, "dunst on the bus")
+            s.launch()
+            s.wait_title("tarvik")
+            # Another window takes the focus, as when the user works elsewhere.
+            subprocess.run(["dbus-send", "--session", "--print-reply",
+                            "--dest=com.qel.tarvikdaemon", "/com/qel/tarviksim",
+                            "com.qel.TarvikSimControl.DeliverNow", "int32:1"],
+                           env=s.env, check=True, capture_output=True)
+            wait_for(lambda: _displayed(s), 10, "a notification on screen at dunst")
+            s.screenshot(os.path.join(s.tmp, "notification.png"))
+            if os.environ.get("TARVIK_SHOTS"):
+                s.screenshot(os.path.join(os.environ["TARVIK_SHOTS"], "notification.png"))
+            subprocess.run(["dunstctl", "close-all"], env=s.env, check=True)
+            shown = wait_for(lambda: history(s), 10, "the notification in dunst's history")
+            check(len(shown) == 1, "%d notifications instead of one" % len(shown))
+            note = shown[0]
+            print(json.dumps(note, indent=1))
+            check(note["appname"]["data"] == "tarvik", "app name %r" % note["appname"])
+            check(note["summary"]["data"] == "New tarviks received", "summary %r" % note["summary"])
+            check("Mallory" in note["body"]["data"] and "<b>" not in note["body"]["data"],
+                  "body %r" % note["body"]["data"])
+            check(dunst.poll() is None, "dunst died")
+    finally:
+        os.unlink(path)
+
+
+def _displayed(session):
+    out = subprocess.run(["dunstctl", "count", "displayed"], env=session.env,
+                         capture_output=True, text=True)
+    return out.returncode == 0 and out.stdout.strip() not in ("", "0")
+
+
+if __name__ == "__main__":
+    run([test_dunst_shows_senders])
