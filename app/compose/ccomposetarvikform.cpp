@@ -126,7 +126,7 @@ CComposeTarvikForm::CComposeTarvikForm(QWidget* parent, int composeType, const Q
 
 QString CComposeTarvikForm::title() const
 {
-    return CTexts::sendATarvik();
+    return CTexts::appName() + QStringLiteral(" - ") + CTexts::sendATarvik();
 }
 
 void CComposeTarvikForm::setContactChooser(const ContactChooser& chooser)
