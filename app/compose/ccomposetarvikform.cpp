@@ -24,12 +24,6 @@ const char* const kInputStyle =
     " border-radius: 4px; padding: 4px; selection-background-color: #2aa8d8; }"
     "QLineEdit:focus, QTextEdit:focus { border-color: #2aa8d8; }";
 
-CComposeTarvikForm::ContactChooser& contactChooser()
-{
-    static CComposeTarvikForm::ContactChooser s_chooser;
-    return s_chooser;
-}
-
 CTWLabel* makeFieldLabel(const QString& strText, QWidget* pParent)
 {
     auto* pLabel = new CTWLabel(strText, pParent);
@@ -129,11 +123,6 @@ QString CComposeTarvikForm::title() const
     return CTexts::appName() + QStringLiteral(" - ") + CTexts::sendATarvik();
 }
 
-void CComposeTarvikForm::setContactChooser(const ContactChooser& chooser)
-{
-    contactChooser() = chooser;
-}
-
 QString CComposeTarvikForm::appendRecipient(const QString& strRecipients, const QString& strAddress)
 {
     if (strAddress.isEmpty())
@@ -146,8 +135,6 @@ QString CComposeTarvikForm::appendRecipient(const QString& strRecipients, const 
 
 QString CComposeTarvikForm::chooseContact(QWidget* pDialogParent)
 {
-    if (contactChooser())
-        return contactChooser()(pDialogParent);
     IContactsModule* pModule = CContactsModule::instance()->module();
     if (!pModule) {
         qWarning("%s", qPrintable(QLatin1String(kContactsPrefix) +

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QPointer>
-#include <functional>
 
 #include "cform.h"
 #include "clineedit.h"
@@ -27,9 +26,6 @@ public:
         eComposeForward = 2
     };
 
-    // Returns one chosen address, or empty when nothing was chosen.
-    using ContactChooser = std::function<QString(QWidget* pDialogParent)>;
-
     CComposeTarvikForm(QWidget* parent, int composeType, const QString& strTo,
                        const QString& strSubject, const QString& strMessage, double dLatitude = 0.0,
                        double dLongitude = 0.0);
@@ -46,8 +42,6 @@ public:
     CTWPushButton* btnContacts() const { return m_pBtnContacts; }
     CTWPushButton* btnSend() const { return m_pBtnSend; }
 
-    // The address book's chooser is the default; an empty function restores it.
-    static void setContactChooser(const ContactChooser& chooser);
     // Appends an address to a comma-separated recipient list without blanks.
     static QString appendRecipient(const QString& strRecipients, const QString& strAddress);
 

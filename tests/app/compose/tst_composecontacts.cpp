@@ -47,6 +47,11 @@ private:
             auto* pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
             if (!pDialog)
                 return;
+            if (strName.isEmpty()) {
+                pTimer->deleteLater();
+                pDialog->reject();
+                return;
+            }
             if (!*bChooserDone) {
                 auto* pList = pDialog->findChild<QListView*>();
                 auto* pSearch = pDialog->findChild<QLineEdit*>();
@@ -101,18 +106,35 @@ private Q_SLOTS:
         m_stack.show();
     }
 
-    void twoContactsCommaJoined()
+    void commaRule_data()
     {
-        auto* pForm = new CComposeTarvikForm(&m_stack, 0, QString(), QString(), QString());
+        QTest::addColumn<QString>("initial");
+        QTest::addColumn<QStringList>("picks");  // name, or empty to cancel
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("two contacts, the second through its details")
+            << "" << QStringList{"Ann", "Bob"} << "+15550111,bob@example.org";
+        QTest::newRow("typed, ends in a comma")
+            << "+1555," << QStringList{"Ann"} << "+1555,+15550111";
+        QTest::newRow("cancelled") << "+1555" << QStringList{""} << "+1555";
+    }
+
+    void commaRule()
+    {
+        QFETCH(QString, initial);
+        QFETCH(QStringList, picks);
+        QFETCH(QString, expected);
+        auto* pForm = new CComposeTarvikForm(&m_stack, 0, initial, QString(), QString());
         m_stack.showForm(pForm);
         QTest::qWait(20);
-        pickNext("Ann", -1, "contact-chooser");
-        QTest::mouseClick(pForm->btnContacts(), Qt::LeftButton);
-        QCOMPARE(pForm->lineEditTo()->text(), QString("+15550111"));
-        QTRY_VERIFY(!pForm->buttonsLocked());
-        pickNext("Bob", 1, QString());
-        QTest::mouseClick(pForm->btnContacts(), Qt::LeftButton);
-        QCOMPARE(pForm->lineEditTo()->text(), QString("+15550111,bob@example.org"));
+        for (const QString& strName : picks) {
+            pickNext(strName, strName == "Bob" ? 1 : -1,
+                     strName == "Ann" && initial.isEmpty() ? "contact-chooser" : QString());
+            QTest::mouseClick(pForm->btnContacts(), Qt::LeftButton);
+            QTRY_VERIFY(!pForm->buttonsLocked());
+        }
+        QCOMPARE(pForm->lineEditTo()->text(), expected);
+        QCOMPARE(pForm->lineEditTo()->cursorPosition(), expected.size());
+        m_stack.closeForm(true, pForm);
     }
 };
 
