@@ -7,6 +7,7 @@
 
 #include "ccomposetarvikform.h"
 #include "cconnectionmanager.h"
+#include "cformfactory.h"
 #include "clocationengine.h"
 #include "clocationpopupform.h"
 #include "clogcapture.h"
@@ -14,6 +15,7 @@
 #include "composefixture.h"
 #include "csendreceivepopupform.h"
 #include "ctexts.h"
+#include "cviewtarvikform.h"
 
 using namespace Dravo;
 using TarvikTest::CComposeFixture;
@@ -351,27 +353,72 @@ private Q_SLOTS:
         QVERIFY(m_fixture.folder(CAsyncTStorage::eFolderOutbox).isEmpty());
     }
 
-    // A forward carries the forwarded position and never asks for a fix.
-    void forwardKeepsPosition()
+    // Reply and forward opened from the message view: the fields follow the prefill
+    // table to the byte, and a forward takes the message's position into the outbox
+    // without asking for a fix.
+    void fromMessageView_data()
     {
+        QTest::addColumn<int>("viewType");
+        QTest::addColumn<bool>("reply");
+        QTest::newRow("reply to a received message") << 0 << true;
+        QTest::newRow("forward a received message") << 0 << false;
+        QTest::newRow("forward a sent message") << 1 << false;
+    }
+
+    void fromMessageView()
+    {
+        QFETCH(int, viewType);
+        QFETCH(bool, reply);
         CTestEngine engine("track.nmea");
-        Test::CLogCapture log(true);
+        CFormFactory::setComposeCreator(
+            [](QWidget* p, int t, const QString& to, const QString& s, const QString& n, double lat,
+               double lon) -> CForm* { return new CComposeTarvikForm(p, t, to, s, n, lat, lon); });
+        CTarvik message;
+        message.setFrom(viewType ? TarvikTest::kNumber : "+15550177");
+        message.setScreenname(viewType ? "" : "Bob");
+        message.setTo(viewType ? "+15550188,+15550199" : TarvikTest::kNumber);
+        message.setTitle("Lunch <b>?</b>");
+        message.setNote("Come & see\nthe <i>view</i>");
+        message.setDateTime(QDateTime(QDate(2026, 11, 2), QTime(8, 30), Qt::UTC));
+        message.setLatitude(-33.856784);
+        message.setLongitude(151.215297);
+        auto* pView = new CViewTarvikForm(&m_fixture.stack(), message, viewType);
+        m_fixture.stack().showForm(pView);
+        QTest::qWait(20);
+        QTest::mouseClick(reply ? pView->buttonReply() : pView->buttonForward(), Qt::LeftButton);
+        CComposeTarvikForm* pForm = nullptr;
+        QTRY_VERIFY((pForm = topForm<CComposeTarvikForm>(m_fixture.stack())));
+
+        const QString strSent =
+            QLocale::system().toString(message.dateTime().toLocalTime(), QLocale::ShortFormat);
+        const QString strOwn = QString(TarvikTest::kScreenName) + " ( ";
+        // What the view shows in its From/To line. A sent message offers no Reply.
+        const QString strShown = viewType ? message.to() : QString("Bob ( +15550177 )");
+        const bool bAsSent = viewType != 0;
+        const QString strFrom = bAsSent ? strOwn + message.from() + " )" : strShown;
+        const QString strTo = bAsSent ? strShown : strOwn + message.to() + " )";
+        const QString strNote =
+            "\n\n-------------------- Original message --------------------\nFrom: " + strFrom +
+            "\nSent: " + strSent + "\nTo: " + strTo + "\nSubject: Lunch <b>?</b>\n\n" +
+            message.note();
+        QCOMPARE(pForm->composeType(), reply ? 1 : 2);
+        QCOMPARE(pForm->lineEditTo()->text(), reply ? message.from() : QString());
+        QCOMPARE(pForm->lineEditSubject()->text(),
+                 QString(reply ? "RE: " : "FW: ") + "Lunch <b>?</b>");
+        QCOMPARE(pForm->textEditMessage()->toPlainText(), strNote);
+        if (reply)
+            return;
+
         QSignalSpy request(Tarvik::DBusObject::instance(), &Tarvik::DBusObject::SendReceiveRequest);
-        CComposeTarvikForm* pForm = openCompose(CComposeTarvikForm::eComposeForward, "", "FW: walk",
-                                                "\n\nbody", -33.856784, 151.215297);
         pForm->lineEditTo()->setText("+15550111");
         QTest::mouseClick(pForm->btnSend(), Qt::LeftButton);
-        auto* pPopup = topForm<CLocationPopupForm>(m_fixture.stack());
-        QVERIFY(pPopup);
-        QCOMPARE(pPopup->text(), CTexts::sending());
         QTRY_COMPARE_WITH_TIMEOUT(request.count(), 1, 5000);
         QVERIFY(!engine.engine()->isInitialized());
-        QVERIFY(!log.containsPrefix("CLocationEngine::requestLocation"));
         const QList<CTarvik> outbox = m_fixture.folder(CAsyncTStorage::eFolderOutbox);
         QCOMPARE(outbox.size(), 1);
-        QCOMPARE(outbox.at(0).latitude(), -33.856784);
-        QCOMPARE(outbox.at(0).longitude(), 151.215297);
-        QCOMPARE(outbox.at(0).note(), QString("\n\nbody"));
+        QCOMPARE(outbox.at(0).latitude(), message.latitude());
+        QCOMPARE(outbox.at(0).longitude(), message.longitude());
+        QCOMPARE(outbox.at(0).note(), strNote);
     }
 
     // Hostile and huge input is stored byte for byte and never taken as markup.
