@@ -75,6 +75,8 @@ public:
     static const QString& messageTitle();  // "tarvik - Message"
     static const QString& emptyField();    // "< empty >"
     static const QString& originalMessage();
+    static const QString& openInMapApplication();
+    static const QString& copyCoordinates();
 
     // Contact chooser
     static const QString& searchContacts();

@@ -11,7 +11,9 @@ namespace Dravo {
 class CFolderNames
 {
 public:
-    enum eFolderName
+    // A fixed underlying type: folder numbers arrive from the bus and from rows, and a
+    // value outside 0..3 must stay a value that can be checked, not undefined behaviour.
+    enum eFolderName : int
     {
         eFolderInbox = 0,
         eFolderOutbox = 1,

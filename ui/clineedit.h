@@ -10,7 +10,7 @@ class CLineEdit : public QLineEdit
 {
     Q_OBJECT
 public:
-    enum eLineEditType
+    enum eLineEditType : int
     {
         eLineEditPhone = 0,         // digits, optionally one leading "+", at most 15 characters
         eLineEditNavigateOnly = 1,  // readable and scrollable, not editable by keys

@@ -1,5 +1,7 @@
 #include "ctwtoolbar.h"
 
+#include "ctwpushbutton.h"
+
 namespace Dravo {
 
 CTWToolBar::CTWToolBar(QBoxLayout::Direction direction, QWidget* parent)
@@ -18,6 +20,26 @@ void CTWToolBar::setDirection(QBoxLayout::Direction direction)
 {
     if (QBoxLayout* pBox = boxLayout())
         pBox->setDirection(direction);
+}
+
+CTWToolBar* CTWToolBar::createSideBar(QWidget* parent)
+{
+    auto* pBar = new CTWToolBar(QBoxLayout::TopToBottom, parent);
+    pBar->setSkin(CSkin(QStringLiteral(":/res_ui/img/toolbar.png")));
+    QBoxLayout* pBox = pBar->boxLayout();
+    pBox->setSpacing(SIDE_BAR_SPACING);
+    pBox->setContentsMargins(SIDE_BAR_MARGIN, SIDE_BAR_MARGIN, SIDE_BAR_MARGIN, SIDE_BAR_MARGIN);
+    return pBar;
+}
+
+CTWPushButton* CTWToolBar::addButton(const QString& strText, Qt::Alignment alignment)
+{
+    auto* pButton = new CTWPushButton(strText, this);
+    pButton->setAccessibleName(QString(strText).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+    pButton->setMinimumWidth(BUTTON_WIDTH);
+    if (QBoxLayout* pBox = boxLayout())
+        pBox->addWidget(pButton, 0, alignment);
+    return pButton;
 }
 
 }  // namespace Dravo

@@ -7,6 +7,8 @@
 
 namespace Dravo {
 
+class CTWPushButton;
+
 // A skinned strip that holds buttons in its own box layout.
 class CTWToolBar : public CTWSkinned<QWidget>
 {
@@ -18,6 +20,16 @@ public:
     void setDirection(QBoxLayout::Direction direction);
     // The tool bar's layout; null only if someone replaced it with another kind.
     QBoxLayout* boxLayout() const;
+
+    // The vertical bar at the right of a screen: the tool bar skin, spacing and margins 10.
+    static CTWToolBar* createSideBar(QWidget* parent);
+    // Adds a button as wide as every side-bar button, named for screen readers by its
+    // text (a line break read as a blank).
+    CTWPushButton* addButton(const QString& strText, Qt::Alignment alignment);
+
+    static const int SIDE_BAR_SPACING = 10;
+    static const int SIDE_BAR_MARGIN = 10;
+    static const int BUTTON_WIDTH = 104;
 };
 
 }  // namespace Dravo

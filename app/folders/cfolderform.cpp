@@ -11,13 +11,6 @@
 
 namespace Dravo {
 
-namespace {
-const int TOOLBAR_SPACING = 10;
-const int TOOLBAR_MARGIN = 10;
-// One width for the tool bar buttons of every screen, so the bars line up.
-const int BUTTON_WIDTH = 104;
-}  // namespace
-
 CFolderForm::CFolderForm(QWidget* parent, const CTraits& traits)
     : CForm(parent),
       m_traits(traits),
@@ -33,12 +26,8 @@ CFolderForm::CFolderForm(QWidget* parent, const CTraits& traits)
 
     m_pListView = new CTarvikListView(this, m_traits.folderName);
 
-    m_pToolBar = new CTWToolBar(QBoxLayout::TopToBottom, this);
-    m_pToolBar->setSkin(CSkin(QStringLiteral(":/res_ui/img/toolbar.png")));
+    m_pToolBar = CTWToolBar::createSideBar(this);
     QBoxLayout* pBar = m_pToolBar->boxLayout();
-    pBar->setSpacing(TOOLBAR_SPACING);
-    pBar->setContentsMargins(TOOLBAR_MARGIN, TOOLBAR_MARGIN, TOOLBAR_MARGIN, TOOLBAR_MARGIN);
-
     if (m_traits.bOpenButtons) {
         m_pBtnDeleteAll =
             addButton(CTexts::deleteAll(), Qt::AlignTop, &CFolderForm::onBtnDeleteAllClick);
@@ -90,11 +79,8 @@ CFolderForm::CFolderForm(QWidget* parent, const CTraits& traits)
 CTWPushButton* CFolderForm::addButton(const QString& strText, Qt::Alignment alignment,
                                       void (CFolderForm::*slot)())
 {
-    auto* pButton = new CTWPushButton(strText, m_pToolBar);
-    pButton->setAccessibleName(QString(strText).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+    CTWPushButton* pButton = m_pToolBar->addButton(strText, alignment);
     pButton->setEnabled(false);
-    pButton->setMinimumWidth(BUTTON_WIDTH);
-    m_pToolBar->boxLayout()->addWidget(pButton, 0, alignment);
     connect(pButton, &QAbstractButton::clicked, this, slot);
     return pButton;
 }

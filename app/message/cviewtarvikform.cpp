@@ -1,9 +1,18 @@
 #include "cviewtarvikform.h"
 
 #include <QBoxLayout>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QDesktopServices>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLocale>
+#include <QMenu>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QTextEdit>
+#include <QUrl>
 
 #include "casynctstorage.h"
 #include "cdevicemodeguard.h"
@@ -20,9 +29,8 @@ namespace Dravo {
 namespace {
 const int CONTENT_MARGIN = 10;
 const int CONTENT_SPACING = 10;
-const int TOOLBAR_SPACING = 10;
-const int TOOLBAR_MARGIN = 10;
-const int BUTTON_WIDTH = 104;
+// A press that moves further than this is a drag or a selection, not a long press.
+const int LONG_PRESS_SLOP = 12;
 
 // Read-only fields on graphite panels, labels in the accent colour.
 const char* const CONTENT_STYLE =
@@ -83,11 +91,8 @@ CViewTarvikForm::CViewTarvikForm(QWidget* parent, const CTarvik& tarvik, int vie
     pGrid->setRowStretch(3, 1);
     pGrid->setColumnStretch(1, 1);
 
-    m_pToolBar = new CTWToolBar(QBoxLayout::TopToBottom, this);
-    m_pToolBar->setSkin(CSkin(QStringLiteral(":/res_ui/img/toolbar.png")));
+    m_pToolBar = CTWToolBar::createSideBar(this);
     QBoxLayout* pBar = m_pToolBar->boxLayout();
-    pBar->setSpacing(TOOLBAR_SPACING);
-    pBar->setContentsMargins(TOOLBAR_MARGIN, TOOLBAR_MARGIN, TOOLBAR_MARGIN, TOOLBAR_MARGIN);
     if (!bSent) {
         m_pBtnShowOnMap =
             addButton(CTexts::showOnMap(), Qt::AlignTop, &CViewTarvikForm::onBtnShowOnMapClick);
@@ -109,6 +114,16 @@ CViewTarvikForm::CViewTarvikForm(QWidget* parent, const CTarvik& tarvik, int vie
     pRow->addWidget(m_pToolBar);
     if (auto* pLayout = qobject_cast<QBoxLayout*>(layout()))
         pLayout->addLayout(pRow, 1);
+
+    // A long press shows the same menu as a right click, for touch screens.
+    m_timerLongPress.setSingleShot(true);
+    m_timerLongPress.setInterval(LONG_PRESS_MS);
+    connect(&m_timerLongPress, &QTimer::timeout, this,
+            [this] { showPositionMenu(m_pointPressed); });
+    extendFieldMenu(m_pLineEditDate, m_pLineEditDate);
+    extendFieldMenu(m_pLineEditFromTo, m_pLineEditFromTo);
+    extendFieldMenu(m_pLineEditSubject, m_pLineEditSubject);
+    extendFieldMenu(m_pTextEditMessage, m_pTextEditMessage->viewport());
 }
 
 CViewTarvikForm::~CViewTarvikForm()
@@ -155,12 +170,120 @@ CLineEdit* CViewTarvikForm::addField(QGridLayout* pGrid, int iRow, const QString
 CTWPushButton* CViewTarvikForm::addButton(const QString& strText, Qt::Alignment alignment,
                                           void (CViewTarvikForm::*slot)())
 {
-    auto* pButton = new CTWPushButton(strText, m_pToolBar);
-    pButton->setAccessibleName(QString(strText).replace(QLatin1Char('\n'), QLatin1Char(' ')));
-    pButton->setMinimumWidth(BUTTON_WIDTH);
-    m_pToolBar->boxLayout()->addWidget(pButton, 0, alignment);
+    CTWPushButton* pButton = m_pToolBar->addButton(strText, alignment);
     connect(pButton, &QAbstractButton::clicked, this, slot);
     return pButton;
+}
+
+QUrl CViewTarvikForm::geoUri() const
+{
+    return QUrl(QStringLiteral("geo:%1,%2")
+                    .arg(m_tarvik.latitude(), 0, 'f', 6)
+                    .arg(m_tarvik.longitude(), 0, 'f', 6));
+}
+
+QString CViewTarvikForm::coordinatesText() const
+{
+    return QStringLiteral("%1, %2")
+        .arg(m_tarvik.latitude(), 0, 'f', 6)
+        .arg(m_tarvik.longitude(), 0, 'f', 6);
+}
+
+bool CViewTarvikForm::openInMapApplication()
+{
+    if (QDesktopServices::openUrl(geoUri()))
+        return true;
+    qWarning("%s", qPrintable(QStringLiteral("CViewTarvikForm: no application took ") +
+                              geoUri().toString()));
+    return false;
+}
+
+void CViewTarvikForm::copyCoordinates()
+{
+    auto* pData = new QMimeData;
+    pData->setText(coordinatesText());
+    pData->setUrls({geoUri()});
+    QGuiApplication::clipboard()->setMimeData(pData);
+}
+
+QMenu* CViewTarvikForm::createPositionMenu()
+{
+    auto* pMenu = new QMenu(this);
+    pMenu->setAccessibleName(CTexts::messageTitle());
+    pMenu->addAction(CTexts::openInMapApplication(), this, [this] { openInMapApplication(); });
+    pMenu->addAction(CTexts::copyCoordinates(), this, [this] { copyCoordinates(); });
+    return pMenu;
+}
+
+void CViewTarvikForm::showPositionMenu(const QPoint& globalPos, QMenu* pMenu)
+{
+    if (!pMenu) {
+        pMenu = createPositionMenu();
+    } else {
+        QMenu* pPosition = createPositionMenu();
+        pMenu->addSeparator();
+        pMenu->addActions(pPosition->actions());
+        pPosition->setParent(pMenu, Qt::Popup);
+    }
+    pMenu->setAttribute(Qt::WA_DeleteOnClose);
+    pMenu->popup(globalPos);
+}
+
+void CViewTarvikForm::extendFieldMenu(QWidget* pField, QWidget* pMouseTarget)
+{
+    pField->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(pField, &QWidget::customContextMenuRequested, this, [this, pField](const QPoint& pos) {
+        m_timerLongPress.stop();
+        QMenu* pMenu = nullptr;
+        if (auto* pLine = qobject_cast<QLineEdit*>(pField))
+            pMenu = pLine->createStandardContextMenu();
+        else if (auto* pText = qobject_cast<QTextEdit*>(pField))
+            pMenu = pText->createStandardContextMenu();
+        if (pMenu)
+            pMenu->setParent(this, Qt::Popup);
+        showPositionMenu(pField->mapToGlobal(pos), pMenu);
+    });
+    pMouseTarget->installEventFilter(this);
+}
+
+bool CViewTarvikForm::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    auto* pWidget = qobject_cast<QWidget*>(pWatched);
+    if (pWidget && pEvent->type() == QEvent::MouseButtonPress) {
+        auto* pMouse = static_cast<QMouseEvent*>(pEvent);
+        if (pMouse->button() == Qt::LeftButton) {
+            m_pointPressed = pMouse->globalPosition().toPoint();
+            m_timerLongPress.start();
+        }
+    } else if (pEvent->type() == QEvent::MouseButtonRelease ||
+               (pEvent->type() == QEvent::MouseMove &&
+                (static_cast<QMouseEvent*>(pEvent)->globalPosition().toPoint() - m_pointPressed)
+                        .manhattanLength() > LONG_PRESS_SLOP)) {
+        m_timerLongPress.stop();
+    }
+    return CForm::eventFilter(pWatched, pEvent);
+}
+
+void CViewTarvikForm::contextMenuEvent(QContextMenuEvent* pEvent)
+{
+    m_timerLongPress.stop();
+    showPositionMenu(pEvent->globalPos());
+    pEvent->accept();
+}
+
+void CViewTarvikForm::mousePressEvent(QMouseEvent* pEvent)
+{
+    if (pEvent->button() == Qt::LeftButton) {
+        m_pointPressed = pEvent->globalPosition().toPoint();
+        m_timerLongPress.start();
+    }
+    CForm::mousePressEvent(pEvent);
+}
+
+void CViewTarvikForm::mouseReleaseEvent(QMouseEvent* pEvent)
+{
+    m_timerLongPress.stop();
+    CForm::mouseReleaseEvent(pEvent);
 }
 
 QString CViewTarvikForm::title() const

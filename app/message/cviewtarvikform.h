@@ -6,6 +6,7 @@
 #include "ctsettings.h"
 
 class QGridLayout;
+class QMenu;
 
 namespace Dravo {
 
@@ -51,6 +52,20 @@ public:
     CTWPushButton* buttonForward() const { return m_pBtnForward; }
     CTWPushButton* buttonBack() const { return m_pBtnBack; }
 
+    // The message's position for other applications: "geo:LAT,LON" and "LAT, LON", six
+    // decimals each.
+    QUrl geoUri() const;
+    QString coordinatesText() const;
+    // Hands the position to the system's map application; false when none took it.
+    bool openInMapApplication();
+    // Puts the position on the clipboard, as text and as a geo: URI.
+    void copyCoordinates();
+    // The menu of the two above; the caller owns it.
+    QMenu* createPositionMenu();
+
+    // How long a press must be held to open the menu.
+    static const int LONG_PRESS_MS = 700;
+
 public Q_SLOTS:
     void onBtnCloseClick();
     void onBtnShowOnMapClick();
@@ -60,7 +75,16 @@ public Q_SLOTS:
     void settingsGotten(bool result, Dravo::CTSettings settings,
                         Dravo::CTarvikStorage::CUserData* userData);
 
+protected:
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
+    void contextMenuEvent(QContextMenuEvent* pEvent) override;
+    void mousePressEvent(QMouseEvent* pEvent) override;
+    void mouseReleaseEvent(QMouseEvent* pEvent) override;
+
 private:
+    void showPositionMenu(const QPoint& globalPos, QMenu* pMenu = nullptr);
+    // The fields keep their own menu (copy, select all) and gain the position entries.
+    void extendFieldMenu(QWidget* pField, QWidget* pMouseTarget);
     CLineEdit* addField(QGridLayout* pGrid, int iRow, const QString& strLabel,
                         const QString& strText);
     CTWPushButton* addButton(const QString& strText, Qt::Alignment alignment,
@@ -79,6 +103,8 @@ private:
     CTWPushButton* m_pBtnReply;
     CTWPushButton* m_pBtnForward;
     CTWPushButton* m_pBtnBack;
+    QTimer m_timerLongPress;
+    QPoint m_pointPressed;
     // The tag of the settings request still unanswered, or null.
     CViewUserData* m_pPendingUserData;
 };

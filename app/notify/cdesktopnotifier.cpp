@@ -33,8 +33,7 @@ CDesktopNotifier::CDesktopNotifier(QWidget* pWindow, QObject* parent)
     bus.connect(QString(), QLatin1String(kPath), QLatin1String(kInterface),
                 QStringLiteral("ActionInvoked"), this, SLOT(onActionInvoked(uint, QString)));
     bus.connect(QString(), QLatin1String(kPath), QLatin1String(kInterface),
-                QStringLiteral("NotificationClosed"), this,
-                SLOT(onNotificationClosed(uint, uint)));
+                QStringLiteral("NotificationClosed"), this, SLOT(onNotificationClosed(uint, uint)));
 }
 
 CDesktopNotifier::~CDesktopNotifier()
@@ -118,9 +117,9 @@ void CDesktopNotifier::notify(const QString& strBody)
         m_strQueuedBody = strBody;
         return;
     }
-    QDBusMessage msg = QDBusMessage::createMethodCall(
-        QLatin1String(kService), QLatin1String(kPath), QLatin1String(kInterface),
-        QStringLiteral("Notify"));
+    QDBusMessage msg =
+        QDBusMessage::createMethodCall(QLatin1String(kService), QLatin1String(kPath),
+                                       QLatin1String(kInterface), QStringLiteral("Notify"));
     QVariantMap hints;
     hints.insert(QStringLiteral("desktop-entry"), QStringLiteral("com.qel.tarvik"));
     hints.insert(QStringLiteral("category"), QStringLiteral("im.received"));

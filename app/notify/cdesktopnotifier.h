@@ -53,7 +53,6 @@ private Q_SLOTS:
     void onNotificationClosed(uint id, uint reason);
 
 private:
-
     QPointer<QWidget> m_pWindow;
     CTag* m_pPendingTag;
     uint m_uId;

@@ -18,27 +18,27 @@ class CFormFactory
 {
 public:
     // Registration form modes.
-    enum eRegisterType
+    enum eRegisterType : int
     {
         eRegisterNew = 0,
         eRegisterAgain = 1
     };
     // Compose form modes.
-    enum eComposeType
+    enum eComposeType : int
     {
         eComposeNew = 0,
         eComposeReply = 1,
         eComposeForward = 2
     };
     // Message view modes.
-    enum eViewType
+    enum eViewType : int
     {
         eViewReceived = 0,
         eViewSent = 1
     };
     // Map form modes: the message's position, its position without the parent form
     // behind, and the route from the own position to it.
-    enum eMapType
+    enum eMapType : int
     {
         eMapPosition = 0,
         eMapPositionOnly = 1,

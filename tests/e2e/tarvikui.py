@@ -246,6 +246,18 @@ class Session:
             return nodes[0] if nodes else None
         return wait_for(look, timeout, "%s %r" % (role, name))
 
+    def tap_away(self, role, name, timeout=15):
+        """Taps a control until it has left the screen (a popup that closes on a tap may
+        still refuse the first one while it settles)."""
+        def gone():
+            nodes = self.all(role, name)
+            if not nodes:
+                return True
+            self.click(nodes[0])
+            time.sleep(0.3)
+            return not self.all(role, name)
+        return wait_for(gone, timeout, "%s %r to go away" % (role, name))
+
     def names(self, role):
         return [n.name for n in self.all(role)]
 

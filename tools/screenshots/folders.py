@@ -35,6 +35,12 @@ def main():
         s.click(s.find("list item", first["tscreenname"] + ", " + first["ttitle"]), double=True)
         s.wait_title("tarvik - Message")
         shot("view-received")
+        import pyatspi
+        label = s.find("label", "Subject:")
+        x, y = s.centre(label)
+        pyatspi.Registry.generateMouseEvent(x, y + 60, "b3c")
+        shot("view-menu")
+        pyatspi.Registry.generateKeyboardEvent(9, None, pyatspi.KEY_PRESSRELEASE)  # Escape
         s.click(s.find("push button", "Back"))
         s.click(s.find("push button", "Back"))
         s.wait_title("tarvik")

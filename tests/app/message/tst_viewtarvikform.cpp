@@ -1,3 +1,8 @@
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QMenu>
+#include <QMimeData>
+
 #include "clineedit.h"
 #include "ctextedit.h"
 #include "ctsettings.h"
@@ -8,6 +13,16 @@
 using namespace Dravo;
 using TarvikTest::factoryCalls;
 using TarvikTest::makeTarvik;
+
+// Stands in for the system's map application.
+class CUrlRecorder : public QObject
+{
+    Q_OBJECT
+public:
+    QList<QUrl> m_lstUrls;
+public Q_SLOTS:
+    void handle(const QUrl& url) { m_lstUrls << url; }
+};
 
 class TestViewTarvikForm : public QObject
 {
@@ -176,6 +191,53 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(factoryCalls().size(), 1, 6000);
         QCOMPARE(factoryCalls().first().strKind, QString("map"));
         QCOMPARE(factoryCalls().first().iType, mapType);
+    }
+
+    // Right click and long press offer the position to other applications: a geo: link
+    // for the map application, and text plus link on the clipboard.
+    void positionOutOfApp()
+    {
+        CTarvik tarvik = makeTarvik("Lunch");
+        tarvik.setLatitude(-33.8567844);
+        tarvik.setLongitude(151.2152967);
+        CViewTarvikForm form(nullptr, tarvik, 0);
+        form.resize(800, 450);
+        form.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&form));
+        CUrlRecorder recorder;
+        QDesktopServices::setUrlHandler("geo", &recorder, "handle");
+
+        QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 440),
+                                form.mapToGlobal(QPoint(5, 440)));
+        QCoreApplication::sendEvent(&form, &event);
+        QMenu* pMenu = form.findChild<QMenu*>();
+        QVERIFY(pMenu && pMenu->isVisible());
+        const QList<QAction*> actions = pMenu->actions();
+        QCOMPARE(actions.size(), 2);
+        QCOMPARE(actions.at(0)->text(), QString("Open in map application"));
+        actions.at(0)->trigger();
+        QCOMPARE(recorder.m_lstUrls, QList<QUrl>{QUrl("geo:-33.856784,151.215297")});
+        actions.at(1)->trigger();
+        const QMimeData* pData = QGuiApplication::clipboard()->mimeData();
+        QVERIFY(pData);
+        QCOMPARE(pData->text(), QString("-33.856784, 151.215297"));
+        QCOMPARE(pData->urls(), QList<QUrl>{QUrl("geo:-33.856784,151.215297")});
+        pMenu->close();
+        QTRY_VERIFY(!form.findChild<QMenu*>());
+
+        // The message text keeps its own menu and gains the two entries.
+        Q_EMIT form.textEditMessage()->customContextMenuRequested(QPoint(10, 10));
+        pMenu = form.findChild<QMenu*>();
+        QVERIFY(pMenu && pMenu->actions().size() > 3);
+        QCOMPARE(pMenu->actions().last()->text(), QString("Copy coordinates"));
+        pMenu->close();
+        QTRY_VERIFY(!form.findChild<QMenu*>());
+
+        QTest::mousePress(&form, Qt::LeftButton, {}, QPoint(5, 440));
+        QTRY_VERIFY_WITH_TIMEOUT(form.findChild<QMenu*>() && form.findChild<QMenu*>()->isVisible(),
+                                 CViewTarvikForm::LONG_PRESS_MS * 3);
+        QTest::mouseRelease(&form, Qt::LeftButton, {}, QPoint(5, 440));
+        QDesktopServices::unsetUrlHandler("geo");
     }
 };
 

@@ -72,8 +72,8 @@ private Q_SLOTS:
     {
         CTarvik read = makeTarvik("old", 0);
         read.setScreenname("Reader");
-        QVERIFY(TarvikTest::saveTarviks({makeTarvik("new", 1), read},
-                                        CAsyncTStorage::eFolderInbox));
+        QVERIFY(
+            TarvikTest::saveTarviks({makeTarvik("new", 1), read}, CAsyncTStorage::eFolderInbox));
         CDesktopNotifier notifier(nullptr);
         QVERIFY(m_fixture.peer().interface()->registerService("org.freedesktop.Notifications"));
 
@@ -92,8 +92,7 @@ private Q_SLOTS:
         QVERIFY(notified.wait(5000));
         QCOMPARE(m_server.m_lstCalls.last().uReplaces, 7u);
 
-        QSignalSpy openInbox(Tarvik::DBusObject::instance(),
-                             &Tarvik::DBusObject::OpenInboxRequest);
+        QSignalSpy openInbox(Tarvik::DBusObject::instance(), &Tarvik::DBusObject::OpenInboxRequest);
         QDBusMessage action = QDBusMessage::createSignal(
             "/org/freedesktop/Notifications", "org.freedesktop.Notifications", "ActionInvoked");
         action << 7u << QString("default");
