@@ -35,13 +35,6 @@ CTWLabel* makeFieldLabel(const QString& strText, QWidget* pParent)
     return pLabel;
 }
 
-CTWPushButton* makeButton(const QString& strText, CTWToolBar* pToolBar)
-{
-    auto* pButton = new CTWPushButton(strText, pToolBar);
-    pButton->setAccessibleName(strText);
-    pToolBar->boxLayout()->addWidget(pButton, 0, Qt::AlignBottom);
-    return pButton;
-}
 }  // namespace
 
 CComposeTarvikForm::CComposeTarvikForm(QWidget* parent, int composeType, const QString& strTo,
@@ -97,14 +90,11 @@ CComposeTarvikForm::CComposeTarvikForm(QWidget* parent, int composeType, const Q
     pGrid->addWidget(m_pTextEditMessage, 4, 0, 1, 2);
     pGrid->setRowStretch(4, 1);
 
-    auto* pToolBar = new CTWToolBar(QBoxLayout::TopToBottom, this);
-    pToolBar->setSkin(CSkin(QStringLiteral(":/res_ui/img/toolbar.png")));
-    pToolBar->boxLayout()->setSpacing(10);
-    pToolBar->boxLayout()->setContentsMargins(10, 10, 10, 10);
+    CTWToolBar* pToolBar = CTWToolBar::createSideBar(this);
     pToolBar->boxLayout()->addStretch();
-    m_pBtnBack = makeButton(CTexts::back(), pToolBar);
-    m_pBtnContacts = makeButton(CTexts::contacts(), pToolBar);
-    m_pBtnSend = makeButton(CTexts::send(), pToolBar);
+    m_pBtnBack = pToolBar->addButton(CTexts::back(), Qt::AlignBottom);
+    m_pBtnContacts = pToolBar->addButton(CTexts::contacts(), Qt::AlignBottom);
+    m_pBtnSend = pToolBar->addButton(CTexts::send(), Qt::AlignBottom);
     connect(m_pBtnBack, &CTWPushButton::clicked, this, &CComposeTarvikForm::onBtnCloseClick);
     connect(m_pBtnContacts, &CTWPushButton::clicked, this, &CComposeTarvikForm::onBtnContactsClick);
     connect(m_pBtnSend, &CTWPushButton::clicked, this, &CComposeTarvikForm::onBtnSendClick);

@@ -94,19 +94,12 @@ CRegisterForm::CRegisterForm(QWidget* parent, int registerType, const QString& s
     pContentLayout->addStretch();
     pContentLayout->addWidget(pNote, 0, Qt::AlignBottom);
 
-    auto* pToolBar = new CTWToolBar(QBoxLayout::TopToBottom, this);
-    pToolBar->setSkin(CSkin(QStringLiteral(":/res_ui/img/toolbar.png")));
-    pToolBar->boxLayout()->setSpacing(10);
-    pToolBar->boxLayout()->setContentsMargins(10, 10, 10, 10);
+    CTWToolBar* pToolBar = CTWToolBar::createSideBar(this);
     pToolBar->boxLayout()->addStretch();
-    m_pBtnContinue = new CTWPushButton(CTexts::continueText(), pToolBar);
-    m_pBtnContinue->setAccessibleName(CTexts::continueText());
-    pToolBar->boxLayout()->addWidget(m_pBtnContinue, 0, Qt::AlignBottom);
+    m_pBtnContinue = pToolBar->addButton(CTexts::continueText(), Qt::AlignBottom);
     connect(m_pBtnContinue, &CTWPushButton::clicked, this, &CRegisterForm::onBtnContinueClick);
     if (registerType == eRegisterAgain) {
-        m_pBtnBack = new CTWPushButton(CTexts::back(), pToolBar);
-        m_pBtnBack->setAccessibleName(CTexts::back());
-        pToolBar->boxLayout()->addWidget(m_pBtnBack, 0, Qt::AlignBottom);
+        m_pBtnBack = pToolBar->addButton(CTexts::back(), Qt::AlignBottom);
         connect(m_pBtnBack, &CTWPushButton::clicked, this, &CRegisterForm::onBtnBackClick);
     }
 
