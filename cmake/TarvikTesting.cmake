@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # tarvik_add_test(<name> SOURCES <files...> LIBS <targets...> [GUI] [TIMEOUT <s>])
 #
 # Builds one QtTest executable and registers it with CTest. GUI tests run on the

@@ -1,5 +1,9 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
+#include <QList>
 #include <QString>
 
 namespace Dravo {
@@ -7,12 +11,34 @@ namespace Dravo {
 // The fixed English texts the user sees, one read-only accessor per text. Every
 // screen takes its texts from here so wording stays in one place.
 //
+// The texts go through Qt's translation system (context "CTexts") the first time
+// they are asked for, so the translator is installed before any screen exists.
+//
 // To add a text: declare an accessor below and define it in ctexts.cpp with
-// TARVIK_TEXT(accessor, "The text").
+// TARVIK_TEXT(accessor, QT_TRANSLATE_NOOP("CTexts", "The text")), then refresh the
+// translation sources (the update_translations build target) and translate it.
 class CTexts
 {
 public:
     CTexts() = delete;
+
+    static const char* const kContext;  // "CTexts"
+
+    // One fixed text: its accessor's name, its English source and the accessor.
+    struct SEntry
+    {
+        const char* pName;
+        const char* pSource;
+        const QString& (*pAccessor)();
+    };
+    // Every fixed text, in the order of ctexts.cpp.
+    static const QList<SEntry>& all();
+    // Adds a text to all(); called by the definitions in ctexts.cpp.
+    static bool list(const SEntry& entry);
+
+    // Texts with a count, translated on every call (plural forms).
+    static QString titleWithCount(const QString& strTitle, int iCount);  // "tarvik - Inbox (5)"
+    static QString andMore(int iCount);  // " and 2 more" (starts with a blank)
 
     // Application and main menu
     static const QString& appName();
@@ -95,6 +121,9 @@ public:
     static const QString& internationalFormatHint();
     static const QString& registrationWait();
     static const QString& registrationFailed();
+
+private:
+    static QList<SEntry>& entries();
 };
 
 }  // namespace Dravo

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Validates the desktop integration files and checks that `cmake --install` puts them
 # where desktops look for them, with names that refer to each other correctly.
 # Usage: validate-dist.sh <dist source dir> <build dir>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // tarvik-fakes: stand-ins for the platform services the client talks to on the system
 // bus, for tests and demos. Each service named on the command line is registered on the
 // bus given by DBUS_SYSTEM_BUS_ADDRESS (or the session bus with --session); the program

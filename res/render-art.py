@@ -1,4 +1,7 @@
 #!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Renders the client's art from the SVG sources in res_ui/svg and res/svg.
 
 Icons and logos are plain renders. Skins are rendered one pixel smaller than the image and

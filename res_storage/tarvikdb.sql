@@ -1,3 +1,6 @@
+-- SPDX-FileCopyrightText: 2026 The tarvik authors
+-- SPDX-License-Identifier: GPL-3.0-or-later
+
 -- Template of the message database. tarvik-dbgen turns this file into
 -- tarvikdb.sqlite (UTF-16le, page size 1024), which is compiled into the client
 -- as ":/res_storage/tarvikdb.sqlite" and copied to the data directory on first start.

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Installs every Debian 12 package that building, running and testing tarvik needs.
 # Safe to run again: packages already present are skipped.
 set -euo pipefail
@@ -10,6 +13,7 @@ PACKAGES=(
   qt6-webengine-dev qt6-webchannel-dev
   qt6-svg-dev libqt6svg6
   qt6-tools-dev-tools qdbus-qt6
+  qt6-tools-dev qt6-l10n-tools qt6-translations-l10n
   libgl-dev libxkbcommon-dev
   libsqlite3-dev sqlite3 zlib1g-dev
   dbus dbus-daemon dbus-x11
@@ -19,6 +23,7 @@ PACKAGES=(
   libbenchmark-dev
   appstream desktop-file-utils
   at-spi2-core python3-pyatspi gir1.2-atspi-2.0 python3-gi dunst
+  reuse debhelper lintian
   fonts-dejavu-core
 )
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // tarvik-simd: a stand-in for the messaging daemon, for tests and demos. It owns the
 // daemon's name on the session bus, answers the client's requests on the shared
 // database as its options say, and prints "ready" on stdout once it can be reached.

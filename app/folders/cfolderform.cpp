@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cfolderform.h"
 
 #include <QBoxLayout>
@@ -102,7 +105,7 @@ QString CFolderForm::title() const
     const int iRows = m_pListView ? rowCount() : 0;
     if (iRows <= 0)
         return m_traits.strTitle;
-    return QStringLiteral("%1 (%2)").arg(m_traits.strTitle).arg(iRows);
+    return CTexts::titleWithCount(m_traits.strTitle, iRows);
 }
 
 void CFolderForm::refresh()

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Start-up probe for benchmarks and scripted demos, off unless asked for.
 // TARVIK_REPORT_SHOWN=1: print "tarvik: main window shown at <epoch seconds.micro>" on
 // stdout once the first top-level window has been exposed and painted.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <unistd.h>
 
 #include <QApplication>
@@ -16,6 +19,7 @@
 #include "cossocontext.h"
 #include "cquitonsignal.h"
 #include "cscreens.h"
+#include "ctranslations.h"
 #include "dbusobject.h"
 #include "uiresources.h"
 
@@ -35,6 +39,9 @@ int main(int argc, char** argv)
         CLogWriter::install();
 
     QApplication app(argc, argv);
+    // Texts are translated once, when first used: the language is set before anything
+    // shows one. The C locale keeps English.
+    CTranslations::install(QLocale::system());
     CQuitOnSignal quitOnSignal;
     initUiResources();
     CApplicationStyle::install();

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cdesktopnotifier.h"
 
 #include <QApplication>
@@ -70,7 +73,7 @@ QString CDesktopNotifier::bodyFor(const QStringList& lstScreenNames)
         return lstNames.join(QStringLiteral(", "));
     const int iMore = int(lstNames.size()) - MAX_NAMES;
     return lstNames.mid(0, MAX_NAMES).join(QStringLiteral(", ")) +
-           QStringLiteral(" and %1 more").arg(iMore);
+           CTexts::andMore(iMore).toHtmlEscaped();
 }
 
 void CDesktopNotifier::onMessagesReceived()

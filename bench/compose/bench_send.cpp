@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Send on the compose form until SendReceiveRequest is seen on the session bus, with a
 // cached position fix and 100 earlier failed messages in the outbox (all saved again
 // with the new one). Also the longest gap between ticks of a 5 ms GUI timer during

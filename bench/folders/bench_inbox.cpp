@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // An inbox of 10,000 messages on screen: the time from pushing the inbox form to the
 // first paint of the filled list, the frame times of scrolling it from top to bottom page
 // by page, and the resident memory with the messages loaded, beside a raw SQLite read of

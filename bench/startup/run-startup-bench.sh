@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Cold-start benchmark of the client: from process start to the main window shown, for a
 # registered account with an existing database and no map, measured as a whole process
 # under Xvfb next to a bare Qt Widgets program that shows an empty 800x450 window. Both

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The reference of the start-up benchmark: the least a Qt Widgets program does to show
 // an 800x450 window. With TARVIK_EXIT_WHEN_SHOWN=1 it reports and quits once the window
 // is shown, through the same probe the client has.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Storage throughput beside raw SQLite doing the same work through its C API:
 //   getTarviks of a 10,000-message folder vs stepping the same select,
 //   saveTarviks of 1,000 new messages vs one transaction of prepared inserts.

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Drives the real tarvik client through the accessibility bus, as a person would.
 
 A session starts a private D-Bus session bus (the accessibility bus launcher is
@@ -10,6 +13,7 @@ Usage:
         s.click(s.find("push button", "Open"))
 """
 
+import fcntl
 import os
 import shutil
 import signal
@@ -103,21 +107,43 @@ class Session:
         return address, "unix:path=" + sys_path
 
     def _start_xvfb(self):
+        # Sessions that run side by side must never share a display (nor the accessibility
+        # bus address that the bus launcher publishes on its root window). A display number
+        # is ours while we hold its lock file; Xvfb writes the number to the pipe once it
+        # accepts connections, or closes the pipe when the display is taken by a server
+        # from outside. No reset: a server that resets when its last client leaves
+        # refuses connections for a moment, and a client starting then gives up.
         for display in range(90, 190):
-            if os.path.exists("/tmp/.X11-unix/X%d" % display) or os.path.exists(
-                    "/tmp/.X%d-lock" % display):
-                continue
-            proc = self._spawn(["Xvfb", ":%d" % display, "-screen", "0", "800x480x24",
-                                "-nolisten", "tcp"], os.environ.copy())
+            lock = open("/tmp/tarvik-atspi-display-%d.lock" % display, "w")
             try:
-                wait_for(lambda: os.path.exists("/tmp/.X11-unix/X%d" % display), 10, "Xvfb")
-            except Failure:
-                proc.kill()
+                fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+            except OSError:
+                lock.close()
                 continue
-            return ":%d" % display
+            read_end, write_end = os.pipe()
+            proc = self._spawn(["Xvfb", ":%d" % display, "-displayfd", str(write_end),
+                                "-screen", "0", "800x480x24", "-nolisten", "tcp", "-noreset"],
+                               os.environ.copy(), pass_fds=(write_end,))
+            os.close(write_end)
+            with os.fdopen(read_end) as pipe:
+                ready = pipe.readline().strip() == str(display)
+            if ready:
+                self.display_lock = lock
+                return ":%d" % display
+            proc.kill()
+            proc.wait()
+            lock.close()
         raise Failure("no free X display")
 
     def __enter__(self):
+        try:
+            return self._start()
+        except BaseException:
+            self.stop()
+            shutil.rmtree(self.tmp, ignore_errors=True)
+            raise
+
+    def _start(self):
         display = self._start_xvfb()
         session_bus, system_bus = self._start_buses(display)
         env = os.environ.copy()
@@ -155,8 +181,21 @@ class Session:
         env.update(self.client_env)
         self.client = self._spawn([os.path.join(self.bindir, "tarvik")], env)
         import pyatspi  # noqa: F401  (needs the environment above)
-        self.app = wait_for(self._find_app, 30, "the tarvik application on the accessibility bus")
+        try:
+            self.app = wait_for(self._find_app, 30,
+                                "the tarvik application on the accessibility bus")
+        except Failure as error:
+            raise Failure("%s; client exit code %r; its output ends:\n%s\nits log ends:\n%s"
+                          % (error, self.client.poll(), self._tail("tarvik.log"),
+                             self._tail(os.path.join(self.home, ".tarvik", "tarvik.log"))))
         return self.client
+
+    def _tail(self, name, lines=30):
+        try:
+            with open(os.path.join(self.tmp, name), encoding="utf-8", errors="replace") as f:
+                return "".join(f.readlines()[-lines:])
+        except OSError:
+            return "(none)"
 
     def __exit__(self, *exc):
         self.stop()
@@ -182,6 +221,10 @@ class Session:
             except ProcessLookupError:
                 pass
         self.bus_pids = []
+        lock = getattr(self, "display_lock", None)
+        if lock is not None:
+            lock.close()
+            self.display_lock = None
 
     def quit_client(self, timeout=15):
         """Ends the client as a desktop would (SIGTERM) and waits for it."""

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """First start with registration, sending a message, and a daemon that never answers,
 driven through the accessibility bus."""
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Folder screens and the message view, driven through the accessibility bus."""
 
 import http.server

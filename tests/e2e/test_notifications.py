@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """New messages reach a real notification server (dunst) while tarvik is in the back."""
 
 import json
@@ -28,9 +31,10 @@ def test_dunst_shows_senders(bindir):
         with Session(bindir, sim_args=["--register-at-start", "--delay", "50",
                                        "--incoming-file", path], start_client=False) as s:
             dunst = s._spawn(["dunst"], s.env)
-            wait_for(lambda: subprocess.run(["dunstctl", "is-paused"], env=s.env,
-                                            capture_output=True).returncode == 0,
-                     10, "dunst on the bus")
+            # Ask the bus, not dunst: a call to the notification name before our dunst
+            # owns it would have the bus start a second one.
+            wait_for(lambda: _has_owner(s, "org.freedesktop.Notifications"), 10,
+                     "dunst on the bus")
             s.launch()
             s.wait_title("tarvik")
             # Another window takes the focus, as when the user works elsewhere.
@@ -51,9 +55,17 @@ def test_dunst_shows_senders(bindir):
             check(note["summary"]["data"] == "New tarviks received", "summary %r" % note["summary"])
             check("Mallory" in note["body"]["data"] and "<b>" not in note["body"]["data"],
                   "body %r" % note["body"]["data"])
-            check(dunst.poll() is None, "dunst died")
+            check(dunst.poll() is None,
+                  "dunst ended (%r): %s" % (dunst.poll(), s._tail("dunst.log")))
     finally:
         os.unlink(path)
+
+
+def _has_owner(session, name):
+    out = subprocess.run(["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus",
+                          "/org/freedesktop/DBus", "org.freedesktop.DBus.NameHasOwner",
+                          "string:" + name], env=session.env, capture_output=True, text=True)
+    return "boolean true" in out.stdout
 
 
 def _displayed(session):

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The simulator as the client meets it: a separate process on a private session bus,
 // driven by the client's signals; this test plays the client, owns "com.qel.tarvik",
 // records the calls it receives and looks into the shared database.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The simulator's logic without the bus: options, scripted messages, recipient
 // matching, and the outbox/inbox work on a real database file.
 #include <QFile>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The worker-thread storage service: shared named instances, queued requests and
 // broadcast answers, order, user data, refusal before start, quit, and a GUI thread
 // that keeps turning while the worker is busy.

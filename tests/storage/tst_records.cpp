@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Message, settings and schedule records: defaults, XML form, debug dumps and how a
 // database row becomes a message.
 #include <QSqlDatabase>

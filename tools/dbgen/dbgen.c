@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 /* tarvik-dbgen SQL-FILE OUT-FILE
  * Builds the template database: a new UTF-16le file with 1024-byte pages, filled by
  * executing SQL-FILE. Any existing OUT-FILE is replaced. */

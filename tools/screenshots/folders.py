@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Screenshots of the folder screens and the message view, for people to look at.
 
 Usage: /usr/bin/python3 tools/screenshots/folders.py <bindir> <outdir>

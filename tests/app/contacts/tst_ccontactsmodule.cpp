@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Loading the contacts plugin: found next to the executable, loaded off the GUI
 // thread, and a missing plugin reported without taking the client down.
 #include <QSignalSpy>
