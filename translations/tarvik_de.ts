@@ -296,5 +296,13 @@ Das kann bis zu einer Minute dauern.</translation>
         <source>Registration failed</source>
         <translation>Registrierung fehlgeschlagen</translation>
     </message>
+    <message>
+        <source>Message</source>
+        <translation>Nachricht</translation>
+    </message>
+    <message>
+        <source>Please change your phone number and/or screen name and proceed with re-registration.</source>
+        <translation>Bitte ändere deine Telefonnummer und/oder deinen Anzeigenamen, um mit der erneuten Registrierung fortzufahren.</translation>
+    </message>
 </context>
 </TS>

@@ -296,5 +296,13 @@ Se voi kestää enintään minuutin.</translation>
         <source>Registration failed</source>
         <translation>Rekisteröityminen epäonnistui</translation>
     </message>
+    <message>
+        <source>Message</source>
+        <translation>Viesti</translation>
+    </message>
+    <message>
+        <source>Please change your phone number and/or screen name and proceed with re-registration.</source>
+        <translation>Muuta puhelinnumeroasi ja/tai näyttönimeäsi, niin uudelleenrekisteröityminen voi jatkua.</translation>
+    </message>
 </context>
 </TS>
