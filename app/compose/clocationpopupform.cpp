@@ -221,7 +221,8 @@ void CLocationPopupForm::fail(const QString& strText)
     m_bBusy = false;
     if (m_pProgress) {
         m_pProgress->setBusy(false);
-        m_pProgress->setEnabled(false);
+        // Without the animation the text sits in the middle of the panel.
+        m_pProgress->hide();
     }
 }
 

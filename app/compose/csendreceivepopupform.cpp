@@ -126,7 +126,8 @@ void CSendReceivePopupForm::fail(const char* pLogLine)
     m_pLabel->setAccessibleName(text());
     if (m_pProgress) {
         m_pProgress->setBusy(false);
-        m_pProgress->setEnabled(false);
+        // Without the animation the text sits in the middle of the panel.
+        m_pProgress->hide();
     }
 }
 

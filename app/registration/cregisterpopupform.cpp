@@ -120,6 +120,8 @@ void CRegisterPopupForm::showError(const QString& strText)
     m_pLabel->setText(strText);
     m_pLabel->setAccessibleName(strText);
     m_pProgress->setBusy(false);
+    // Without the animation the text sits in the middle of the panel.
+    m_pProgress->hide();
 }
 
 void CRegisterPopupForm::registrationSucceed()

@@ -154,7 +154,7 @@ private Q_SLOTS:
             return;
         }
         QTRY_COMPARE_WITH_TIMEOUT(pPopup->text(), CTexts::registrationFailed(), 5000);
-        QVERIFY(!pPopup->progressWidget()->isBusy());
+        QVERIFY(!pPopup->progressWidget()->isBusy() && pPopup->progressWidget()->isHidden());
         m_fixture.shoot("register-popup-failed");
         QTest::mouseClick(pPopup->popup(), Qt::LeftButton);
         QTRY_VERIFY(!pPopup);
