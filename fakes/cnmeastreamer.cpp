@@ -147,16 +147,6 @@ QByteArray CNmeaStreamer::checksum(const QByteArray& body)
     return QByteArray::number(sum, 16).toUpper().rightJustified(2, '0');
 }
 
-bool CNmeaStreamer::hasValidChecksum(const QByteArray& sentence)
-{
-    const QByteArray s = sentence.trimmed();
-    const int star = s.lastIndexOf('*');
-    if (!s.startsWith('$') || star < 0 || star + 3 != s.size()) {
-        return false;
-    }
-    return s.mid(star + 1).toUpper() == checksum(s.mid(1, star - 1));
-}
-
 QByteArray CNmeaStreamer::withChecksum(const QByteArray& body)
 {
     return '$' + body + '*' + checksum(body);

@@ -45,7 +45,6 @@ public:
 
     // NMEA helpers.
     static QByteArray checksum(const QByteArray& body);
-    static bool hasValidChecksum(const QByteArray& sentence);
     static QByteArray withChecksum(const QByteArray& body);
     // The sentence with its UTC time (and, for RMC, date) replaced.
     static QByteArray retimed(const QByteArray& sentence, const QDateTime& utc);

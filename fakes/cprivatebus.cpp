@@ -203,6 +203,38 @@ bool CHelperProcess::isRunning() const
     return m_process.state() == QProcess::Running;
 }
 
+namespace {
+bool runCommand(const QString& program, const QStringList& args)
+{
+    QProcess process;
+    process.start(program, args);
+    return process.waitForFinished(10000) && process.exitStatus() == QProcess::NormalExit &&
+           process.exitCode() == 0;
+}
+}  // namespace
+
+CScopedMount::CScopedMount(const QString& path, const QString& size)
+    : m_strPath(path),
+      m_bMounted(QDir().mkpath(path) &&
+                 runCommand(QStringLiteral("mount"),
+                            {QStringLiteral("-t"), QStringLiteral("tmpfs"), QStringLiteral("-o"),
+                             "size=" + size, QStringLiteral("tmpfs"), path}))
+{
+}
+
+CScopedMount::~CScopedMount()
+{
+    if (m_bMounted) {
+        runCommand(QStringLiteral("umount"), {QStringLiteral("-l"), m_strPath});
+    }
+}
+
+bool CScopedMount::remountReadOnly() const
+{
+    return runCommand(QStringLiteral("mount"),
+                      {QStringLiteral("-o"), QStringLiteral("remount,ro"), m_strPath});
+}
+
 QString binaryPath(const QString& name)
 {
 #ifdef TARVIK_BIN_DIR

@@ -85,6 +85,23 @@ private:
     QByteArray m_baOutput;
 };
 
+// A small tmpfs mounted at `path` while it lives (needs root), to make a read-only or a
+// full disk. mounted() says whether the mount worked.
+class CScopedMount
+{
+public:
+    CScopedMount(const QString& path, const QString& size);
+    ~CScopedMount();
+    CScopedMount(const CScopedMount&) = delete;
+    CScopedMount& operator=(const CScopedMount&) = delete;
+    bool mounted() const { return m_bMounted; }
+    bool remountReadOnly() const;
+
+private:
+    QString m_strPath;
+    bool m_bMounted;
+};
+
 // Path of a program built by this project (fake services, simulator, client).
 QString binaryPath(const QString& name);
 

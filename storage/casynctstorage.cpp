@@ -4,8 +4,10 @@
 #include "casynctstorage.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDebug>
 #include <QMetaType>
+#include <QMutexLocker>
 
 namespace Dravo {
 
@@ -52,7 +54,7 @@ void CAsyncTStorage::registerMetaTypes()
 }
 
 CAsyncTStorage::CAsyncTStorage(const QString& name)
-    : QThread(nullptr), m_bQuitting(false), m_bInitialized(0), m_strName(name)
+    : QThread(nullptr), m_bQuitting(false), m_bInitialized(0), m_strName(name), m_pStorage(nullptr)
 {
     if (QCoreApplication* app = QCoreApplication::instance()) {
         connect(app, &QCoreApplication::aboutToQuit, this, &CAsyncTStorage::onAppQuit);
@@ -76,7 +78,19 @@ CAsyncTStorage::~CAsyncTStorage()
 void CAsyncTStorage::waitForAllWorkers()
 {
     for (const auto& storage : storages()) {
-        if (storage->isRunning()) {
+        if (!storage->isRunning()) {
+            continue;
+        }
+        if (!storage->m_bQuitting) {
+            storage->onAppQuit();
+        }
+        if (!storage->wait(QDeadlineTimer(drainTimeoutMs))) {
+            qWarning().noquote()
+                << QStringLiteral(
+                       "CAsyncTStorage::waitForAllWorkers %1 still busy after %2 ms: "
+                       "dropping the requests it has not started")
+                       .arg(storage->m_strName)
+                       .arg(drainTimeoutMs);
             storage->quit();
             storage->wait();
         }
@@ -89,11 +103,30 @@ void CAsyncTStorage::start()
     QThread::start(QThread::InheritPriority);
 }
 
+bool CAsyncTStorage::accepts(const char* operation) const
+{
+    if (m_bQuitting) {
+        qWarning().noquote() << QStringLiteral(
+                                    "CAsyncTStorage::%1 refused: the application is quitting")
+                                    .arg(QLatin1String(operation));
+        return false;
+    }
+    return isInitialized();
+}
+
 void CAsyncTStorage::onAppQuit()
 {
     Q_EMIT beforeDestroy();
     m_bQuitting = true;
-    quit();
+    // Requests accepted so far are queued on the worker in order; the loop ends when the
+    // worker reaches this call, so none of them is dropped.
+    QMutexLocker locker(&m_storageMutex);
+    if (m_pStorage) {
+        QMetaObject::invokeMethod(
+            m_pStorage, [this] { exit(0); }, Qt::QueuedConnection);
+    } else {
+        quit();
+    }
 }
 
 void CAsyncTStorage::run()
@@ -157,11 +190,20 @@ void CAsyncTStorage::run()
         }
     }
 
+    {
+        QMutexLocker locker(&m_storageMutex);
+        m_pStorage = storage;
+    }
     m_bInitialized.storeRelease(1);
     Q_EMIT signalInitialized();
     exec();
 
     m_bInitialized.storeRelease(0);
+    {
+        QMutexLocker locker(&m_storageMutex);
+        m_pStorage = nullptr;
+    }
+    qDebug().noquote() << "CAsyncTStorage::run() finished " + m_strName;
     for (const QMetaObject::Connection& connection : connections) {
         const bool result = disconnect(connection);
         Q_ASSERT_X(result == true, "CAsyncTStorage::run", "result == true");
@@ -171,7 +213,7 @@ void CAsyncTStorage::run()
 
 bool CAsyncTStorage::getTarvik(int tid, eFolderName folderName, CTarvikStorage::CUserData* userData)
 {
-    if (!isInitialized()) {
+    if (!accepts("getTarvik")) {
         return false;
     }
     Q_EMIT signalGetTarvikRequest(tid, folderName, userData);
@@ -181,7 +223,7 @@ bool CAsyncTStorage::getTarvik(int tid, eFolderName folderName, CTarvikStorage::
 bool CAsyncTStorage::saveTarvik(const CTarvik& tarvik, eFolderName folderName,
                                 CTarvikStorage::CUserData* userData)
 {
-    if (!isInitialized()) {
+    if (!accepts("saveTarvik")) {
         return false;
     }
     Q_EMIT signalSaveTarvikRequest(tarvik, folderName, userData);
@@ -191,7 +233,7 @@ bool CAsyncTStorage::saveTarvik(const CTarvik& tarvik, eFolderName folderName,
 bool CAsyncTStorage::removeTarvik(int tid, eFolderName folderName,
                                   CTarvikStorage::CUserData* userData)
 {
-    if (!isInitialized()) {
+    if (!accepts("removeTarvik")) {
         return false;
     }
     Q_EMIT signalRemoveTarvikRequest(tid, folderName, userData);
@@ -201,7 +243,7 @@ bool CAsyncTStorage::removeTarvik(int tid, eFolderName folderName,
 bool CAsyncTStorage::getTarviks(eFolderName folderName, int limit, int offset,
                                 CTarvikStorage::CUserData* userData)
 {
-    if (!isInitialized()) {
+    if (!accepts("getTarviks")) {
         return false;
     }
     Q_EMIT signalGetTarviksRequest(folderName, limit, offset, userData);
@@ -211,7 +253,7 @@ bool CAsyncTStorage::getTarviks(eFolderName folderName, int limit, int offset,
 bool CAsyncTStorage::saveTarviks(const QList<CTarvik>& tarviks, eFolderName folderName,
                                  CTarvikStorage::CUserData* userData)
 {
-    if (!isInitialized()) {
+    if (!accepts("saveTarviks")) {
         return false;
     }
     Q_EMIT signalSaveTarviksRequest(tarviks, folderName, userData);
@@ -221,7 +263,7 @@ bool CAsyncTStorage::saveTarviks(const QList<CTarvik>& tarviks, eFolderName fold
 bool CAsyncTStorage::removeTarviks(const QList<int>& tids, eFolderName folderName,
                                    CTarvikStorage::CUserData* userData)
 {
-    if (!isInitialized()) {
+    if (!accepts("removeTarviks")) {
         return false;
     }
     Q_EMIT signalRemoveTarviksRequest(tids, folderName, userData);
@@ -230,7 +272,7 @@ bool CAsyncTStorage::removeTarviks(const QList<int>& tids, eFolderName folderNam
 
 bool CAsyncTStorage::removeAllTarviks(eFolderName folderName, CTarvikStorage::CUserData* userData)
 {
-    if (!isInitialized()) {
+    if (!accepts("removeAllTarviks")) {
         return false;
     }
     Q_EMIT signalRemoveAllTarviksRequest(folderName, userData);
@@ -239,7 +281,7 @@ bool CAsyncTStorage::removeAllTarviks(eFolderName folderName, CTarvikStorage::CU
 
 bool CAsyncTStorage::getSettings(CTarvikStorage::CUserData* userData)
 {
-    if (!isInitialized()) {
+    if (!accepts("getSettings")) {
         return false;
     }
     Q_EMIT signalGetSettingsRequest(userData);
@@ -249,7 +291,7 @@ bool CAsyncTStorage::getSettings(CTarvikStorage::CUserData* userData)
 bool CAsyncTStorage::saveSettings(const CTSettings& settings, uint mask,
                                   CTarvikStorage::CUserData* userData)
 {
-    if (!isInitialized()) {
+    if (!accepts("saveSettings")) {
         return false;
     }
     Q_EMIT signalSaveSettingsRequest(settings, mask, userData);
@@ -258,7 +300,7 @@ bool CAsyncTStorage::saveSettings(const CTSettings& settings, uint mask,
 
 bool CAsyncTStorage::getLocationRequest(CTarvikStorage::CUserData* userData)
 {
-    if (!isInitialized()) {
+    if (!accepts("getLocationRequest")) {
         return false;
     }
     Q_EMIT signalGetLocationRequestRequest(userData);
@@ -268,7 +310,7 @@ bool CAsyncTStorage::getLocationRequest(CTarvikStorage::CUserData* userData)
 bool CAsyncTStorage::saveLocationRequest(const CLocationRequest& locationrequest, uint mask,
                                          CTarvikStorage::CUserData* userData)
 {
-    if (!isInitialized()) {
+    if (!accepts("saveLocationRequest")) {
         return false;
     }
     Q_EMIT signalSaveLocationRequestRequest(locationrequest, mask, userData);

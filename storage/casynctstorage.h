@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QMap>
+#include <QMutex>
 #include <QSharedPointer>
 #include <QThread>
 
@@ -19,13 +20,17 @@ namespace Dravo {
 // back on the thread this object lives in. Answers are broadcast to every listener,
 // which filters by folder and by its own user-data pointer.
 //
-// At quit, onAppQuit() only asks the worker's loop to end. A post routine of the
-// application object then waits for every worker, so each database connection is
-// closed before static destruction and the process exits cleanly.
+// At quit, onAppQuit() refuses further requests and asks the worker's loop to end once it
+// has run every request accepted before. A post routine of the application object then
+// waits for every worker (at most drainTimeoutMs each, logged when exceeded), so each
+// database connection is closed before static destruction and the process exits cleanly.
 class CAsyncTStorage : public QThread, public CFolderNames
 {
     Q_OBJECT
 public:
+    // How long quitting waits for a worker to finish the requests queued before quit.
+    static const int drainTimeoutMs = 20000;
+
     static CAsyncTStorage* getInstance(int number);
     static QString instanceName(int number);
 
@@ -115,9 +120,13 @@ private:
     static QMap<QString, QSharedPointer<CAsyncTStorage>>& storages();
     static void waitForAllWorkers();
 
+    bool accepts(const char* operation) const;
+
     bool m_bQuitting;
     QAtomicInt m_bInitialized;
     QString m_strName;
+    QMutex m_storageMutex;
+    CTarvikStorage* m_pStorage;  // the worker's storage while its loop runs
 };
 
 }  // namespace Dravo

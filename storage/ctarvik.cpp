@@ -21,14 +21,44 @@ CTarvik::CTarvik()
 
 CTarvik::~CTarvik() = default;
 
+// Markup characters become entities (the ampersand first, so entities are not escaped
+// twice). A carriage return is written as a character reference, since a parser would
+// otherwise turn it into a line feed; other control characters cannot appear in an XML 1.0
+// document at all and are left out, so the document always parses.
 QString CTarvik::escapeXml(const QString& text)
 {
-    QString escaped = text;
-    escaped.replace(QLatin1Char('&'), QLatin1String("&amp;"));
-    escaped.replace(QLatin1Char('<'), QLatin1String("&lt;"));
-    escaped.replace(QLatin1Char('>'), QLatin1String("&gt;"));
-    escaped.replace(QLatin1Char('"'), QLatin1String("&quot;"));
-    escaped.replace(QLatin1Char('\''), QLatin1String("&apos;"));
+    QString escaped;
+    escaped.reserve(text.size() + 16);
+    for (const QChar c : text) {
+        switch (c.unicode()) {
+            case '&':
+                escaped += QLatin1String("&amp;");
+                break;
+            case '<':
+                escaped += QLatin1String("&lt;");
+                break;
+            case '>':
+                escaped += QLatin1String("&gt;");
+                break;
+            case '"':
+                escaped += QLatin1String("&quot;");
+                break;
+            case '\'':
+                escaped += QLatin1String("&apos;");
+                break;
+            case '\r':
+                escaped += QLatin1String("&#13;");
+                break;
+            case '\t':
+            case '\n':
+                escaped += c;
+                break;
+            default:
+                if (c.unicode() >= 0x20 && c.unicode() != 0xFFFE && c.unicode() != 0xFFFF) {
+                    escaped += c;
+                }
+        }
+    }
     return escaped;
 }
 

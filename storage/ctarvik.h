@@ -16,7 +16,9 @@ class CTarvik
 public:
     CTarvik();
     CTarvik(const CTarvik& other) = default;
+    CTarvik(CTarvik&& other) noexcept = default;
     CTarvik& operator=(const CTarvik& other) = default;
+    CTarvik& operator=(CTarvik&& other) noexcept = default;
     virtual ~CTarvik();
 
     int id() const { return m_iId; }
@@ -69,7 +71,8 @@ public:
     // Writes one labelled line per field to the debug log.
     void dump() const;
 
-    // Replaces & < > " ' by their XML entities (ampersand first).
+    // Replaces & < > " ' by their XML entities (ampersand first) and a carriage return by a
+    // character reference; drops control characters that XML cannot carry.
     static QString escapeXml(const QString& text);
 
 private:
@@ -99,4 +102,6 @@ private:
 
 }  // namespace Dravo
 
+// Nothing in a message points into itself, so lists may move it by memory copy.
+Q_DECLARE_TYPEINFO(Dravo::CTarvik, Q_RELOCATABLE_TYPE);
 Q_DECLARE_METATYPE(Dravo::CTarvik)

@@ -21,7 +21,16 @@
 #include <QSqlRecord>
 #include <QVariant>
 
+#include <QTemporaryFile>
+
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <limits>
 
 #include "phonesimsecurityinterface.h"
 
@@ -255,20 +264,54 @@ void CTarvikStorage::closeDatabase()
     }
 }
 
+// Serialises the check, creation and replacement of the database file between processes
+// (client, daemon, simulator). Without a writable directory there is nothing to lock and
+// nothing to create either; the open then fails on its own terms.
+class CTarvikStorage::CFileLock
+{
+public:
+    CFileLock()
+    {
+        const QString dir = dataDirectory();
+        QDir().mkpath(dir);
+        const QByteArray path = QFile::encodeName(dir + QStringLiteral(".tarvikdb.lock"));
+        m_iFd = ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        if (m_iFd >= 0 && ::flock(m_iFd, LOCK_EX) != 0) {
+            ::close(m_iFd);
+            m_iFd = -1;
+        }
+    }
+    ~CFileLock()
+    {
+        if (m_iFd >= 0) {
+            ::flock(m_iFd, LOCK_UN);
+            ::close(m_iFd);
+        }
+    }
+    CFileLock(const CFileLock&) = delete;
+    CFileLock& operator=(const CFileLock&) = delete;
+
+private:
+    int m_iFd;
+};
+
 void CTarvikStorage::openDatabase()
 {
     Q_ASSERT_X(m_pDatabase == nullptr, "CTarvikStorage::openDatabase", "m_pDatabase == NULL");
     closeDatabase();
+    CFileLock lock;
+    openLocked();
+}
 
+void CTarvikStorage::openLocked()
+{
     const QString path = databasePath();
-    bool created = false;
     if (!QFile::exists(path)) {
         qDebug() << "CTarvikStorage::openDatabase creating database";
         if (!createDatabase()) {
             qWarning() << "CTarvikStorage::openDatabase failed to create database";
             return;
         }
-        created = true;
     }
 
     {
@@ -289,41 +332,57 @@ void CTarvikStorage::openDatabase()
         return;
     }
 
-    if (!created) {
-        bool versionDiffers = false;
-        {
-            QSqlQuery query(*m_pDatabase);
-            if (!query.exec(QStringLiteral("select value from settings where name='version'"))) {
-                qWarning().noquote()
-                    << "CTarvikStorage::openDatabase failed to execute select version query" +
-                           driverText(query);
-            } else if (!query.next()) {
-                qWarning() << "CTarvikStorage::openDatabase failed to get version from query";
-            } else {
-                versionDiffers = query.value(0).toString() != softwareVersion;
-            }
+    bool versionDiffers = false;
+    {
+        QSqlQuery query(*m_pDatabase);
+        if (!query.exec(QStringLiteral("select value from settings where name='version'"))) {
+            qWarning().noquote()
+                << "CTarvikStorage::openDatabase failed to execute select version query " +
+                       driverText(query);
+        } else if (!query.next()) {
+            qWarning() << "CTarvikStorage::openDatabase failed to get version from query";
+        } else {
+            versionDiffers = query.value(0).toString() != softwareVersion;
         }
-        if (versionDiffers) {
-            qDebug() << "CTarvikStorage::openDatabase: recreating DB since SW & DB versions are "
-                        "not equal";
-            if (!recreateDatabase()) {
-                qWarning() << "CTarvikStorage::openDatabase failed to recreate db";
-            }
-        }
-        return;
     }
+    if (versionDiffers) {
+        qDebug() << "CTarvikStorage::openDatabase: recreating DB since SW & DB versions are "
+                    "not equal";
+        if (!recreateLocked()) {
+            qWarning() << "CTarvikStorage::openDatabase failed to recreate db";
+        }
+    }
+}
 
-    qDebug() << "CTarvikStorage::openDatabase write SW version to a new DB after creating";
-    QSqlQuery update(*m_pDatabase);
-    update.prepare(QStringLiteral("update settings set value=:value where name='version'"));
-    update.bindValue(QStringLiteral(":value"), softwareVersion);
-    if (!update.exec()) {
-        qWarning().noquote()
-            << "CTarvikStorage::openDatabase failed to exec update version query: " +
-                   driverText(update);
-        return;
+bool CTarvikStorage::writeVersionAndImei(const QString& path)
+{
+    const QString name = m_strConnectionName + QStringLiteral("_new");
+    bool ok = false;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(driverName, name);
+        db.setDatabaseName(path);
+        if (!db.open()) {
+            qWarning().noquote() << "CTarvikStorage::openDatabase failed to open database: " +
+                                        db.lastError().text();
+        } else {
+            qDebug() << "CTarvikStorage::openDatabase write SW version to a new DB after creating";
+            QSqlQuery update(db);
+            update.prepare(QStringLiteral("update settings set value=:value where name='version'"));
+            update.bindValue(QStringLiteral(":value"), softwareVersion);
+            ok = update.exec();
+            if (!ok) {
+                qWarning().noquote()
+                    << "CTarvikStorage::openDatabase failed to exec update version query: " +
+                           driverText(update);
+            } else {
+                storeImei(db);
+            }
+            update.finish();
+        }
+        db.close();
     }
-    storeImei(*m_pDatabase);
+    QSqlDatabase::removeDatabase(name);
+    return ok;
 }
 
 void CTarvikStorage::storeImei(QSqlDatabase& db)
@@ -355,6 +414,15 @@ void CTarvikStorage::storeImei(QSqlDatabase& db)
 
 bool CTarvikStorage::createDatabase()
 {
+    return buildDatabase(false);
+}
+
+// The new database is made complete (template, version, IMEI) under a temporary name in
+// the same directory and then moved into place in one step, so no process ever opens a
+// half-made file. A fresh file is linked in only if no other process has made one
+// meanwhile; a replacement is renamed over the old file.
+bool CTarvikStorage::buildDatabase(bool replace)
+{
     QResource resource(templateResource);
     Q_ASSERT_X(resource.isValid(), "CTarvikStorage::createDatabase", "valid");
     if (!resource.isValid()) {
@@ -367,8 +435,8 @@ bool CTarvikStorage::createDatabase()
         return false;
     }
     const QByteArray data = resource.uncompressedData();
-    QFile file(databasePath());
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+    QTemporaryFile file(databasePath() + QStringLiteral(".new-XXXXXX"));
+    if (!file.open()) {
         qWarning().noquote()
             << QStringLiteral(
                    "CTarvikStorage::createDatabase() failed to open file for writing: %1 %2")
@@ -383,25 +451,47 @@ bool CTarvikStorage::createDatabase()
             << QStringLiteral("CTarvikStorage::createDatabase() failed to write to stream: %1 %2")
                    .arg(file.error())
                    .arg(file.errorString());
-        file.close();
-        // A half-written template is not a database; leave no such file behind.
-        QFile::remove(databasePath());
         return false;
     }
     file.close();
+    if (!writeVersionAndImei(file.fileName())) {
+        return false;
+    }
+    const QByteArray from = QFile::encodeName(file.fileName());
+    const QByteArray to = QFile::encodeName(databasePath());
+    if (replace) {
+        if (::rename(from.constData(), to.constData()) != 0) {
+            qWarning().noquote() << "CTarvikStorage::recreateDatabase failed to remove database " +
+                                        databasePath() + QStringLiteral(": ") +
+                                        QString::fromLocal8Bit(strerror(errno));
+            return false;
+        }
+        return true;
+    }
+    if (::link(from.constData(), to.constData()) != 0 && errno != EEXIST) {
+        qWarning().noquote() << "CTarvikStorage::createDatabase() failed to move the new database "
+                                "into place: " +
+                                    QString::fromLocal8Bit(strerror(errno));
+        return false;
+    }
     return true;
 }
 
 bool CTarvikStorage::recreateDatabase()
 {
     closeDatabase();
-    const QString path = databasePath();
-    if (QFile::exists(path) && !QFile::remove(path)) {
-        qWarning().noquote() << "CTarvikStorage::recreateDatabase failed to remove database"
-                             << path;
+    CFileLock lock;
+    return recreateLocked();
+}
+
+bool CTarvikStorage::recreateLocked()
+{
+    closeDatabase();
+    qDebug() << "CTarvikStorage::openDatabase creating database";
+    if (!buildDatabase(true)) {
         return false;
     }
-    openDatabase();
+    openLocked();
     return isOpen();
 }
 
@@ -426,97 +516,292 @@ bool CTarvikStorage::checkFolder(int folder, const char* operation) const
     return true;
 }
 
-bool CTarvikStorage::retrieveTarvikFromQuery(const QSqlQuery& query, CTarvik& tarvik)
-{
-    bool ok = false;
-    const QVariant tid = query.value(0);
-    const int id = tid.toInt(&ok);
-    if (!ok) {
-        qWarning().noquote() << "CTarvikStorage::retrieveTarvikFromQuery invalid tid: " +
-                                    tid.toString();
-        return false;
-    }
-    tarvik.setId(id);
-    tarvik.setGuid(query.value(1).toString());
-    tarvik.setFrom(query.value(2).toString());
-    tarvik.setTo(query.value(3).toString());
+namespace {
 
-    const QVariant seconds = query.value(4);
-    const uint secs = seconds.toUInt(&ok);
-    if (ok) {
-        tarvik.setDateTime(QDateTime::fromSecsSinceEpoch(secs, Qt::UTC));
-    } else {
-        qDebug().noquote() << "CTarvikStorage::retrieveTarvikFromQuery invalid tutcdatetime: " +
-                                  seconds.toString();
+bool fitsInt(qint64 value)
+{
+    return value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max();
+}
+
+// A row of a Qt SQL query.
+class CQueryRow
+{
+public:
+    explicit CQueryRow(const QSqlQuery& query) : m_query(query) {}
+    QVariant value(int column) const { return m_query.value(column); }
+    QString text(int column) const { return m_query.value(column).toString(); }
+    bool integer(int column, qint64& out) const
+    {
+        const QVariant v = m_query.value(column);
+        if (v.typeId() != QMetaType::LongLong) {
+            return false;
+        }
+        out = v.toLongLong();
+        return true;
     }
-    int number = 0;
-    if (toIntColumn(query.value(5), number,
-                    "CTarvikStorage::retrieveTarvikFromQuery invalid ttz: ")) {
-        tarvik.setTz(number);
+    bool real(int column, double& out) const
+    {
+        const QVariant v = m_query.value(column);
+        if (v.typeId() != QMetaType::Double) {
+            return false;
+        }
+        out = v.toDouble();
+        return true;
     }
-    tarvik.setTitle(query.value(6).toString());
-    tarvik.setNote(query.value(7).toString());
-    double coordinate = 0.0;
-    const QVariant latitude = query.value(8);
-    if (toCoordinate(latitude, coordinate)) {
-        tarvik.setLatitude(coordinate);
-    } else {
-        qDebug().noquote() << "CTarvikStorage::retrieveTarvikFromQuery invalid tlatitude: " +
-                                  latitude.toString();
+
+private:
+    const QSqlQuery& m_query;
+};
+
+// A row of a native statement. value() builds the same QVariant the Qt SQLite driver
+// would; text() and integer() skip the variant for the common cell types.
+class CNativeRow
+{
+public:
+    explicit CNativeRow(sqlite3_stmt* stmt) : m_pStmt(stmt) {}
+    QVariant value(int column) const
+    {
+        switch (sqlite3_column_type(m_pStmt, column)) {
+            case SQLITE_INTEGER:
+                return QVariant(qlonglong(sqlite3_column_int64(m_pStmt, column)));
+            case SQLITE_FLOAT:
+                return QVariant(sqlite3_column_double(m_pStmt, column));
+            case SQLITE_NULL:
+                return QVariant(QMetaType::fromType<QString>());
+            case SQLITE_BLOB:
+                return QVariant(
+                    QByteArray(static_cast<const char*>(sqlite3_column_blob(m_pStmt, column)),
+                               sqlite3_column_bytes(m_pStmt, column)));
+            default:
+                return QVariant(rawText(column));
+        }
     }
-    const QVariant longitude = query.value(9);
-    if (toCoordinate(longitude, coordinate)) {
-        tarvik.setLongitude(coordinate);
-    } else {
-        qDebug().noquote() << "CTarvikStorage::retrieveTarvikFromQuery invalid tlongitude: " +
-                                  longitude.toString();
+    QString text(int column) const
+    {
+        switch (sqlite3_column_type(m_pStmt, column)) {
+            case SQLITE_TEXT:
+                return rawText(column);
+            case SQLITE_NULL:
+                return QString();
+            default:
+                return value(column).toString();
+        }
     }
-    tarvik.setScreenname(query.value(10).toString());
-    tarvik.setAddress(query.value(11).toString());
-    tarvik.setType(query.value(12).toString());
-    tarvik.setTypedesc(query.value(13).toString());
-    tarvik.setImage(query.value(14).toString());
-    if (toIntColumn(query.value(15), number,
-                    "CTarvikStorage::retrieveTarvikFromQuery invalid tpriority: ")) {
-        tarvik.setPriority(number);
+    bool integer(int column, qint64& out) const
+    {
+        if (sqlite3_column_type(m_pStmt, column) != SQLITE_INTEGER) {
+            return false;
+        }
+        out = sqlite3_column_int64(m_pStmt, column);
+        return true;
     }
-    const QString color = query.value(16).toString();
-    if (!color.isEmpty()) {
-        tarvik.setColor(color);
+    bool real(int column, double& out) const
+    {
+        if (sqlite3_column_type(m_pStmt, column) != SQLITE_FLOAT) {
+            return false;
+        }
+        out = sqlite3_column_double(m_pStmt, column);
+        return true;
     }
-    tarvik.setReg(query.value(17).toString());
-    if (toIntColumn(query.value(18), number,
-                    "CTarvikStorage::retrieveTarvikFromQuery invalid tcountry: ")) {
-        tarvik.setCountry(number);
+
+private:
+    // Text columns repeat from row to row (recipient, version, carrier, a frequent sender):
+    // a value equal to the previous row's shares its string instead of allocating anew.
+    QString rawText(int column) const
+    {
+        const auto* data = static_cast<const QChar*>(sqlite3_column_text16(m_pStmt, column));
+        const qsizetype size = sqlite3_column_bytes16(m_pStmt, column) / qsizetype(sizeof(QChar));
+        if (size == 0 || column >= kColumns) {
+            return QString(data, size);
+        }
+        QString& last = m_lastText[column];
+        if (last.size() != size || memcmp(last.constData(), data, size * sizeof(QChar)) != 0) {
+            last = QString(data, size);
+        }
+        return last;
     }
-    tarvik.setCarrier(query.value(19).toString());
-    tarvik.setVersion(query.value(20).toString());
-    if (toIntColumn(query.value(21), number,
-                    "CTarvikStorage::retrieveTarvikFromQuery invalid tflag: ")) {
-        tarvik.setFlag(number);
+
+    static const int kColumns = 22;
+    mutable QString m_lastText[kColumns];
+    sqlite3_stmt* m_pStmt;
+};
+
+// Numeric columns: text that is not a number is logged and the field keeps its default.
+template <class Row>
+bool intColumn(const Row& row, int column, int& out, const char* message)
+{
+    qint64 number = 0;
+    if (row.integer(column, number) && fitsInt(number)) {
+        out = int(number);
+        return true;
+    }
+    return toIntColumn(row.value(column), out, message);
+}
+
+template <class Row>
+bool coordinateColumn(const Row& row, int column, double& out, const char* message)
+{
+    if (row.real(column, out)) {
+        return true;
+    }
+    const QVariant value = row.value(column);
+    if (!toCoordinate(value, out)) {
+        qDebug().noquote() << QString::fromLatin1(message) + value.toString();
+        return false;
     }
     return true;
 }
 
-bool CTarvikStorage::retrieveTarviksFromQuery(QSqlQuery& query, QList<CTarvik>& tarviks)
+// Fills a message from the 22 columns of a row, in table order.
+template <class Row>
+bool fillTarvik(const Row& row, CTarvik& tarvik)
 {
-    {
-        QMutexLocker locker(&localMutex);
-        if (!query.exec()) {
-            qWarning().noquote()
-                << "CTarvikStorage::retrieveTarviksFromQuery failed to execute query" +
-                       driverText(query);
+    int id = 0;
+    qint64 number = 0;
+    if (row.integer(0, number) && fitsInt(number)) {
+        id = int(number);
+    } else {
+        bool ok = false;
+        const QVariant tid = row.value(0);
+        id = tid.toInt(&ok);
+        if (!ok) {
+            qWarning().noquote() << "CTarvikStorage::retrieveTarvikFromQuery invalid tid: " +
+                                        tid.toString();
             return false;
         }
     }
-    while (query.next()) {
+    tarvik.setId(id);
+    tarvik.setGuid(row.text(1));
+    tarvik.setFrom(row.text(2));
+    tarvik.setTo(row.text(3));
+
+    if (row.integer(4, number) && number >= 0 && number <= std::numeric_limits<uint>::max()) {
+        tarvik.setDateTime(QDateTime::fromSecsSinceEpoch(number, Qt::UTC));
+    } else {
+        bool ok = false;
+        const QVariant seconds = row.value(4);
+        const uint secs = seconds.toUInt(&ok);
+        if (ok) {
+            tarvik.setDateTime(QDateTime::fromSecsSinceEpoch(secs, Qt::UTC));
+        } else {
+            qDebug().noquote() << "CTarvikStorage::retrieveTarvikFromQuery invalid tutcdatetime: " +
+                                      seconds.toString();
+        }
+    }
+    int value = 0;
+    if (intColumn(row, 5, value, "CTarvikStorage::retrieveTarvikFromQuery invalid ttz: ")) {
+        tarvik.setTz(value);
+    }
+    tarvik.setTitle(row.text(6));
+    tarvik.setNote(row.text(7));
+    double coordinate = 0.0;
+    if (coordinateColumn(row, 8, coordinate,
+                         "CTarvikStorage::retrieveTarvikFromQuery invalid tlatitude: ")) {
+        tarvik.setLatitude(coordinate);
+    }
+    if (coordinateColumn(row, 9, coordinate,
+                         "CTarvikStorage::retrieveTarvikFromQuery invalid tlongitude: ")) {
+        tarvik.setLongitude(coordinate);
+    }
+    tarvik.setScreenname(row.text(10));
+    tarvik.setAddress(row.text(11));
+    tarvik.setType(row.text(12));
+    tarvik.setTypedesc(row.text(13));
+    tarvik.setImage(row.text(14));
+    if (intColumn(row, 15, value, "CTarvikStorage::retrieveTarvikFromQuery invalid tpriority: ")) {
+        tarvik.setPriority(value);
+    }
+    QString color = row.text(16);
+    if (!color.isEmpty()) {
+        tarvik.setColor(color);
+    }
+    tarvik.setReg(row.text(17));
+    if (intColumn(row, 18, value, "CTarvikStorage::retrieveTarvikFromQuery invalid tcountry: ")) {
+        tarvik.setCountry(value);
+    }
+    tarvik.setCarrier(row.text(19));
+    tarvik.setVersion(row.text(20));
+    if (intColumn(row, 21, value, "CTarvikStorage::retrieveTarvikFromQuery invalid tflag: ")) {
+        tarvik.setFlag(value);
+    }
+    return true;
+}
+
+}  // namespace
+
+bool CTarvikStorage::retrieveTarvikFromQuery(const QSqlQuery& query, CTarvik& tarvik)
+{
+    return fillTarvik(CQueryRow(query), tarvik);
+}
+
+bool CTarvikStorage::retrieveTarvikFromStatement(sqlite3_stmt* stmt, CTarvik& tarvik)
+{
+    return fillTarvik(CNativeRow(stmt), tarvik);
+}
+
+sqlite3* CTarvikStorage::nativeHandle() const
+{
+    const QVariant native = m_pDatabase->driver()->handle();
+    if (native.isValid() && qstrcmp(native.typeName(), "sqlite3*") == 0) {
+        return *static_cast<sqlite3* const*>(native.constData());
+    }
+    return nullptr;
+}
+
+// Steps the statement natively: the Qt driver's per-cell variants and row cache cost more
+// than SQLite's own work for a whole folder.
+bool CTarvikStorage::retrieveTarviksFromQuery(const QString& table, int limit, int offset,
+                                              QList<CTarvik>& tarviks)
+{
+    QMutexLocker locker(&localMutex);
+    sqlite3* handle = nativeHandle();
+    sqlite3_stmt* stmt = nullptr;
+    // The row count first, so the list is allocated once rather than grown and moved.
+    qint64 rows = 0;
+    const QByteArray count = QStringLiteral("select count(*) from %1").arg(table).toUtf8();
+    if (handle && sqlite3_prepare_v2(handle, count.constData(), -1, &stmt, nullptr) == SQLITE_OK &&
+        sqlite3_step(stmt) == SQLITE_ROW) {
+        rows = qMax<qint64>(0, sqlite3_column_int64(stmt, 0) - qMax(0, offset));
+    }
+    sqlite3_finalize(stmt);
+    stmt = nullptr;
+    const QByteArray text = (sql(kSelectColumns, table) +
+                             QStringLiteral(" order by tutcdatetime desc limit ? offset ?"))
+                                .toUtf8();
+    int rc =
+        handle ? sqlite3_prepare_v2(handle, text.constData(), -1, &stmt, nullptr) : SQLITE_MISUSE;
+    if (rc == SQLITE_OK) {
+        sqlite3_bind_int(stmt, 1, limit);
+        sqlite3_bind_int(stmt, 2, offset);
+        rc = sqlite3_step(stmt);
+    }
+    if (rc != SQLITE_ROW && rc != SQLITE_DONE) {
+        qWarning().noquote()
+            << "CTarvikStorage::retrieveTarviksFromQuery failed to execute query " +
+                   (handle ? QString::fromUtf8(sqlite3_errmsg(handle))
+                           : QStringLiteral("no native handle"));
+        sqlite3_finalize(stmt);
+        return false;
+    }
+    locker.unlock();
+    if (limit >= 0) {
+        rows = qMin<qint64>(rows, limit);
+    }
+    tarviks.reserve(tarviks.size() + qMin<qint64>(rows, 1000000));
+    const CNativeRow row(stmt);
+    for (; rc == SQLITE_ROW; rc = sqlite3_step(stmt)) {
         CTarvik tarvik;
-        if (!retrieveTarvikFromQuery(query, tarvik)) {
+        if (!fillTarvik(row, tarvik)) {
             qWarning() << "CTarvikStorage::retrieveTarviksFromQuery failed to retrieve tarvik";
             continue;
         }
-        tarviks.append(tarvik);
+        tarviks.append(std::move(tarvik));
     }
+    if (rc != SQLITE_DONE) {
+        qWarning().noquote() << "CTarvikStorage::retrieveTarviksFromQuery stopped reading: " +
+                                    QString::fromUtf8(sqlite3_errmsg(handle));
+    }
+    sqlite3_finalize(stmt);
     return true;
 }
 
@@ -532,9 +817,10 @@ bool CTarvikStorage::getTarvik(int tid, eFolderName folder, CTarvik& tarvik)
     query.prepare(sql(kSelectColumns, tableName(folder)) + QStringLiteral(" where tid=?"));
     query.addBindValue(tid);
     if (!query.exec()) {
-        qWarning().noquote()
-            << QStringLiteral("CTarvikStorage::getTarvik tid=%1 failed to execute query").arg(tid) +
-                   driverText(query);
+        qWarning().noquote() << QStringLiteral(
+                                    "CTarvikStorage::getTarvik tid=%1 failed to execute query ")
+                                        .arg(tid) +
+                                    driverText(query);
         return false;
     }
     locker.unlock();
@@ -559,13 +845,7 @@ bool CTarvikStorage::getTarviks(eFolderName folder, QList<CTarvik>& tarviks, int
     if (!checkOpen("getTarviks") || !checkFolder(folder, "getTarviks")) {
         return false;
     }
-    QSqlQuery query(*m_pDatabase);
-    query.setForwardOnly(true);
-    query.prepare(sql(kSelectColumns, tableName(folder)) +
-                  QStringLiteral(" order by tutcdatetime desc limit ? offset ?"));
-    query.addBindValue(limit);
-    query.addBindValue(offset);
-    return retrieveTarviksFromQuery(query, tarviks);
+    return retrieveTarviksFromQuery(tableName(folder), limit, offset, tarviks);
 }
 
 bool CTarvikStorage::saveTarvik(const CTarvik& tarvik, eFolderName folder, int& tid)
@@ -596,7 +876,7 @@ bool CTarvikStorage::saveTarvikLocked(const CTarvik& tarvik, eFolderName folder,
         if (!select.exec()) {
             qWarning().noquote()
                 << QStringLiteral(
-                       "CTarvikStorage::saveTarvik tid=%1 failed to execute select query")
+                       "CTarvikStorage::saveTarvik tid=%1 failed to execute select query ")
                            .arg(tarvik.id()) +
                        driverText(select);
             return false;
@@ -663,11 +943,7 @@ bool CTarvikStorage::saveTarviks(const QList<CTarvik>& tarviks, eFolderName fold
     // leaves the rest of the transaction intact. Should SQLite roll the transaction
     // back on its own (disk full, I/O error), the items are saved again one by one.
     QMutexLocker locker(&localMutex);
-    sqlite3* handle = nullptr;
-    const QVariant native = m_pDatabase->driver()->handle();
-    if (native.isValid() && qstrcmp(native.typeName(), "sqlite3*") == 0) {
-        handle = *static_cast<sqlite3* const*>(native.constData());
-    }
+    sqlite3* handle = nativeHandle();
     const bool batched = handle && m_pDatabase->transaction();
     bool result = true;
     bool transactionLost = false;
@@ -679,6 +955,7 @@ bool CTarvikStorage::saveTarviks(const QList<CTarvik>& tarviks, eFolderName fold
             insert = nullptr;
         }
         for (int i = 0; i < tarviks.size(); ++i) {
+            qDebug("CTarvikStorage::saveTarvik: started folder=%d", int(folder));
             int tid = -1;
             const CTarvik& tarvik = tarviks.at(i);
             bool ok = false;
@@ -755,7 +1032,7 @@ bool CTarvikStorage::removeTarvikLocked(int tid, eFolderName folder)
     select.addBindValue(tid);
     if (!select.exec()) {
         qWarning().noquote()
-            << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to execute select query")
+            << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to execute select query ")
                        .arg(tid) +
                    driverText(select);
         return false;
@@ -772,7 +1049,7 @@ bool CTarvikStorage::removeTarvikLocked(int tid, eFolderName folder)
     remove.addBindValue(tid);
     if (!remove.exec()) {
         qWarning().noquote()
-            << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to execute delete query")
+            << QStringLiteral("CTarvikStorage::removeTarvik tid=%1 failed to execute delete query ")
                        .arg(tid) +
                    driverText(remove);
         return false;
@@ -815,7 +1092,7 @@ bool CTarvikStorage::removeAllTarviks(eFolderName folder)
     if (!query.exec(QStringLiteral("delete from %1").arg(tableName(folder)))) {
         qWarning().noquote()
             << QStringLiteral(
-                   "CTarvikStorage::removeAllTarviks folder=%1 failed to execute delete query")
+                   "CTarvikStorage::removeAllTarviks folder=%1 failed to execute delete query ")
                        .arg(int(folder)) +
                    driverText(query);
         return false;
@@ -833,7 +1110,7 @@ bool CTarvikStorage::getSettings(CTSettings& settings)
     QSqlQuery query(*m_pDatabase);
     query.setForwardOnly(true);
     if (!query.exec(QStringLiteral("select name, value from settings"))) {
-        qWarning().noquote() << "CTarvikStorage::getSettings failed to execute query" +
+        qWarning().noquote() << "CTarvikStorage::getSettings failed to execute query " +
                                     driverText(query);
         return false;
     }
@@ -922,7 +1199,7 @@ bool CTarvikStorage::getLocationRequest(CLocationRequest& request)
     query.setForwardOnly(true);
     if (!query.exec(QStringLiteral("select name, value from settings"))) {
         qWarning().noquote()
-            << "CTarvikStorage::getLocationRequest failed to execute select query from settings" +
+            << "CTarvikStorage::getLocationRequest failed to execute select query from settings " +
                    driverText(query);
         return false;
     }
@@ -955,7 +1232,7 @@ bool CTarvikStorage::getLocationRequest(CLocationRequest& request)
     schedule.setForwardOnly(true);
     if (!schedule.exec(QStringLiteral("select day, timeon, timeoff from locationupdateschedule"))) {
         qWarning().noquote() << "CTarvikStorage::getLocationRequest failed to execute select query "
-                                "from locationupdateschedule" +
+                                "from locationupdateschedule " +
                                     driverText(schedule);
         return false;
     }
@@ -1009,7 +1286,7 @@ bool CTarvikStorage::saveLocationRequest(const CLocationRequest& request, uint m
         QSqlQuery remove(*m_pDatabase);
         if (!remove.exec(QStringLiteral("delete from locationupdateschedule"))) {
             qWarning().noquote() << "CTarvikStorage::saveLocationRequest failed to execute delete "
-                                    "query on locationupdateschedule" +
+                                    "query on locationupdateschedule " +
                                         driverText(remove);
             return false;
         }

@@ -15,6 +15,8 @@
 
 class QSqlDatabase;
 class QSqlQuery;
+struct sqlite3;
+struct sqlite3_stmt;
 
 namespace Dravo {
 
@@ -75,6 +77,8 @@ public:
 
     // Fills `tarvik` from a row of the 22 message columns; false rejects the row.
     static bool retrieveTarvikFromQuery(const QSqlQuery& query, CTarvik& tarvik);
+    // The same from the current row of a native statement (the folder reads use it).
+    static bool retrieveTarvikFromStatement(sqlite3_stmt* stmt, CTarvik& tarvik);
 
 public Q_SLOTS:
     void getTarvikRequest(int tid, eFolderName folderName,
@@ -120,11 +124,18 @@ Q_SIGNALS:
     void signalLocationRequestSaved(bool result, uint mask, CTarvikStorage::CUserData* userData);
 
 private:
+    class CFileLock;
+    void openLocked();
+    bool recreateLocked();
+    bool buildDatabase(bool replace);
+    bool writeVersionAndImei(const QString& path);
     bool checkOpen(const char* operation) const;
     bool checkFolder(int folder, const char* operation) const;
     bool saveTarvikLocked(const CTarvik& tarvik, eFolderName folder, int& tid);
     bool removeTarvikLocked(int tid, eFolderName folder);
-    bool retrieveTarviksFromQuery(QSqlQuery& query, QList<CTarvik>& tarviks);
+    bool retrieveTarviksFromQuery(const QString& table, int limit, int offset,
+                                  QList<CTarvik>& tarviks);
+    sqlite3* nativeHandle() const;
     void storeImei(QSqlDatabase& db);
 
     QString m_strConnectionName;

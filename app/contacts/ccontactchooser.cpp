@@ -71,6 +71,9 @@ void CContactChooser::start()
     m_loadConnection =
         connect(book, &CAddressBook::contactsLoaded, this, &CContactChooser::onContactsLoaded);
     book->requestContacts();
+    if (m_bFinished) {
+        return;  // the address book answered at once that it is not available
+    }
     m_pChooser->show();
     Q_EMIT chooserShown(m_pChooser);
 }
@@ -82,9 +85,16 @@ void CContactChooser::onContactsLoaded(const CContactEntryList& contacts, const 
         return;
     }
     if (!error.isEmpty()) {
+        // Without an address book there is nothing to choose from: the chooser goes away at
+        // once and the caller gets an empty text, so the compose form keeps what was typed.
         qWarning().noquote() << m_strPrefix + QStringLiteral(" address book not available: ") +
                                     error;
-        m_pChooser->setUnavailable(error);
+        critical("can't create chooser dialog");
+        CContactChooserDialog* dialog = m_pChooser;
+        dialog->disconnect(this);
+        dialog->hide();
+        dialog->deleteLater();
+        finish(QString());
         return;
     }
     m_pChooser->setContacts(contacts);

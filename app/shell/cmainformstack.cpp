@@ -74,6 +74,7 @@ void CMainFormStack::openNewMessagesReceivedPopup()
     auto* pPopup = new CTextPopupForm(nullptr, CTexts::newTarviksReceived());
     connect(pPopup, &CForm::closeForm, this, &CMainFormStack::onNewMessagesReceivedPopupClosed);
     m_bNewMessagesPopupOpen = true;
+    m_pNewMessagesPopup = pPopup;
     showForm(pPopup);
 }
 
@@ -131,6 +132,11 @@ void CMainFormStack::settingsGotten(bool result, CTSettings settings,
         showForm(CFormFactory::createRegisterForm(this, CFormFactory::eRegisterNew,
                                                   bFresh ? QString() : settings.mynumber(),
                                                   bFresh ? QString() : settings.screenname()));
+        // A notification that came while the settings were being read keeps its popup on top.
+        if (m_bNewMessagesPopupOpen && m_pNewMessagesPopup) {
+            removeWidget(m_pNewMessagesPopup);
+            showForm(m_pNewMessagesPopup);
+        }
     }
     Q_EMIT signalShowMainWindow();
 }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <QPointer>
+
 #include "cformstack.h"
 #include "ctarvikstorage.h"
 #include "ctsettings.h"
@@ -42,6 +44,7 @@ public Q_SLOTS:
 private:
     bool m_bFirst;
     bool m_bNewMessagesPopupOpen;
+    QPointer<CForm> m_pNewMessagesPopup;
 };
 
 }  // namespace Dravo

@@ -66,11 +66,6 @@ private Q_SLOTS:
         QCOMPARE(CLogWriter::fileLoggingWanted(int(lstArgv.size()), lstArgv.data()), fileLogging);
     }
 
-    void pathsFollowHome()
-    {
-        QCOMPARE(CLogWriter::logFilePath(), m_tmpHome.path() + "/.tarvik/tarvik.log");
-    }
-
     // Each run starts with an empty log; lines are the text as logged plus one "\n",
     // whatever the message type, and embedded line breaks stay as they are.
     void freshLogEachRun()
@@ -85,24 +80,6 @@ private Q_SLOTS:
         qDebug("two\nlines");
         qInfo("info too");
         QCOMPARE(readLog(), QByteArray("second run\ntwo\nlines\ninfo too\n"));
-    }
-
-    void nonAsciiTextIsUtf8()
-    {
-        QVERIFY(CLogWriter::install());
-        qDebug("%s", qPrintable(QString::fromUtf8("CTarvik::title Zoë ☃")));
-        QCOMPARE(QString::fromUtf8(readLog()), QString::fromUtf8("CTarvik::title Zoë ☃\n"));
-    }
-
-    // The file is reopened per message: removing it between messages loses only
-    // what was written before, and a later message recreates it.
-    void reopenedPerMessage()
-    {
-        QVERIFY(CLogWriter::install());
-        qDebug("before");
-        QVERIFY(QFile::remove(CLogWriter::logFilePath()));
-        qDebug("after");
-        QCOMPARE(readLog(), QByteArray("after\n"));
     }
 
     // A log that cannot be opened drops the message silently and does not stop later ones.

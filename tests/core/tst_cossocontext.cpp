@@ -118,13 +118,6 @@ private Q_SLOTS:
                  unknownLines);
     }
 
-    void unknownTypeLineNamesTheCode()
-    {
-        m_pLog->clear();
-        QCOMPARE(COssoContext::convertArgument(QVariant::fromValue(qint64(1))), QVariant());
-        QVERIFY(m_pLog->lines().contains("COssoContext::DBus message Unknown type:x"));
-    }
-
     // A call on another path is not the context's: the caller gets an error and no
     // event is emitted.
     void otherPathIsNotTaken()

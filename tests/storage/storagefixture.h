@@ -6,6 +6,7 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <QVariant>
 
@@ -46,6 +47,32 @@ inline CTarvik makeTarvik(const QString& title, qint64 seconds, double latitude 
     tarvik.setAddress(QStringLiteral("Raekoja plats 1"));
     tarvik.setFlag(1);
     return tarvik;
+}
+
+// Every field of a message but its id, as text, for comparing two messages whole.
+inline QStringList fields(const CTarvik& t)
+{
+    return {t.guid(),
+            t.from(),
+            t.to(),
+            QString::number(t.dateTime().toSecsSinceEpoch()),
+            QString::number(t.tz()),
+            t.title(),
+            t.note(),
+            QString::number(t.latitude()),
+            QString::number(t.longitude()),
+            t.screenname(),
+            t.address(),
+            t.type(),
+            t.typedesc(),
+            t.image(),
+            QString::number(t.priority()),
+            t.color(),
+            t.reg(),
+            QString::number(t.country()),
+            t.carrier(),
+            t.version(),
+            QString::number(t.flag())};
 }
 
 // A second connection to the same file, as another process (the daemon) would have.

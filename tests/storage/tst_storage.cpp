@@ -3,7 +3,6 @@
 
 // The database file and every storage operation on a throwaway HOME.
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -13,7 +12,6 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
-#include <functional>
 #include <memory>
 
 #include "clogcapture.h"
@@ -24,7 +22,9 @@
 using namespace Dravo;
 using Dravo::Test::CLogCapture;
 using Dravo::Test::CScopedHome;
+using Dravo::Test::CScopedMount;
 using Dravo::Test::CSideConnection;
+using Dravo::Test::fields;
 using Dravo::Test::makeTarvik;
 
 using Folder = CTarvikStorage::eFolderName;
@@ -59,12 +59,13 @@ private Q_SLOTS:
 
     void getTarviksOrderAndPaging_data();
     void getTarviksOrderAndPaging();
-    void saveInsertAndUpdate();
     void saveUnknownIdInsertsNothing();
     void saveTarviksPartialSuccess();
-    void saveTarviksSeenByOtherConnections();
+    void saveTarviksEveryField_data();
+    void saveTarviksEveryField();
+    void twoProcessesOpenOneFile_data();
+    void twoProcessesOpenOneFile();
     void removeOperations();
-    void hugeNoteAndHostileText();
     void hostileRowsFromAnotherProgram();
     void settingsMask_data();
     void settingsMask();
@@ -73,13 +74,11 @@ private Q_SLOTS:
 
     void folderOutOfRange_data();
     void folderOutOfRange();
-    void closedDatabase_data();
     void closedDatabase();
     void notADatabase();
     void lockedByAnotherConnection();
     void databaseFull();
     void readOnlyLocations();
-    void diskFullAtCreation();
 };
 
 void StorageOperationsTest::initTestCase()
@@ -235,54 +234,6 @@ void StorageOperationsTest::getTarviksOrderAndPaging()
     QVERIFY(other.isEmpty());
 }
 
-void StorageOperationsTest::saveInsertAndUpdate()
-{
-    CScopedHome home;
-    CTarvikStorage storage(nextName());
-    CTarvik tarvik = makeTarvik(QStringLiteral("first"), 1255244709, 37.77493, -122.41942);
-    tarvik.setColor(QStringLiteral("#ff8800"));
-    tarvik.setCountry(372);
-    tarvik.setPriority(3);
-    int tid = 0;
-    QVERIFY(storage.saveTarvik(tarvik, Folder::eFolderDraft, tid));
-    QCOMPARE(tid, 1);
-
-    CTarvik loaded;
-    QVERIFY(storage.getTarvik(tid, Folder::eFolderDraft, loaded));
-    QCOMPARE(loaded.id(), tid);
-    QCOMPARE(loaded.title(), tarvik.title());
-    QCOMPARE(loaded.dateTime(), tarvik.dateTime());
-    QCOMPARE(loaded.latitude(), 37.77493);
-    QCOMPARE(loaded.longitude(), -122.41942);
-    QCOMPARE(loaded.carrier(), QStringLiteral("n/a"));
-    QCOMPARE(loaded.color(), QStringLiteral("#ff8800"));
-    QCOMPARE(loaded.country(), 372);
-    QCOMPARE(loaded.priority(), 3);
-    QCOMPARE(loaded.flag(), 1);
-    QCOMPARE(loaded.toXml(), [&] {
-        CTarvik expected = tarvik;
-        expected.setId(tid);
-        return expected.toXml();
-    }());
-
-    loaded.setTitle(QStringLiteral("edited"));
-    loaded.setFlag(0);
-    int updated = -1;
-    QVERIFY(storage.saveTarvik(loaded, Folder::eFolderDraft, updated));
-    QCOMPARE(updated, tid);
-    QList<CTarvik> drafts;
-    QVERIFY(storage.getTarviks(Folder::eFolderDraft, drafts));
-    QCOMPARE(drafts.size(), 1);
-    QCOMPARE(drafts.first().title(), QStringLiteral("edited"));
-    QCOMPARE(drafts.first().flag(), 0);
-
-    CTarvik missing;
-    CLogCapture log;
-    QVERIFY(!storage.getTarvik(42, Folder::eFolderDraft, missing));
-    QVERIFY(log.contains(
-        QStringLiteral("CTarvikStorage::getTarvik tid=42 failed to get record from query")));
-}
-
 void StorageOperationsTest::saveUnknownIdInsertsNothing()
 {
     CScopedHome home;
@@ -325,23 +276,161 @@ void StorageOperationsTest::saveTarviksPartialSuccess()
         "CTarvikStorage::saveTarviks the list is empty - there is nothing to save")));
 }
 
-void StorageOperationsTest::saveTarviksSeenByOtherConnections()
+namespace {
+// Every field differs from its default and from every other field of the same type, so a
+// value bound to the wrong column shows up.
+CTarvik everyField(int n)
 {
+    CTarvik t;
+    const QString s = QString::number(n);
+    t.setGuid("guid" + s);
+    t.setFrom("from" + s);
+    t.setTo("to" + s);
+    t.setDateTime(QDateTime::fromSecsSinceEpoch(1700000000 + n, Qt::UTC));
+    t.setTz(100 + n);
+    t.setTitle("title" + s);
+    t.setNote("note" + s);
+    t.setLatitude(10.5 + n);
+    t.setLongitude(-20.25 - n);
+    t.setScreenname("screen" + s);
+    t.setAddress("address" + s);
+    t.setType("type" + s);
+    t.setTypedesc("typedesc" + s);
+    t.setImage("image" + s);
+    t.setPriority(200 + n);
+    t.setColor("color" + s);
+    t.setReg("reg" + s);
+    t.setCountry(300 + n);
+    t.setCarrier("carrier" + s);
+    t.setVersion("version" + s);
+    t.setFlag(400 + n);
+    return t;
+}
+
+}  // namespace
+
+void StorageOperationsTest::saveTarviksEveryField_data()
+{
+    QTest::addColumn<bool>("existing");
+    QTest::addColumn<bool>("rolledBack");
+    QTest::newRow("new ids") << false << false;
+    QTest::newRow("existing ids") << true << false;
+    QTest::newRow("new ids, batch rolled back") << false << true;
+    QTest::newRow("existing ids, batch rolled back") << true << true;
+}
+
+void StorageOperationsTest::saveTarviksEveryField()
+{
+    QFETCH(bool, existing);
+    QFETCH(bool, rolledBack);
     CScopedHome home;
     CTarvikStorage storage(nextName());
     QList<CTarvik> batch;
-    for (int i = 0; i < 50; ++i) {
-        batch << makeTarvik(QStringLiteral("m%1").arg(i), 1000 + i);
+    for (int i = 1; i <= 3; ++i) {
+        CTarvik t = everyField(i);
+        if (existing) {
+            int tid = -1;
+            QVERIFY(storage.saveTarvik(makeTarvik("old", i), Folder::eFolderDraft, tid));
+            t.setId(tid);
+        }
+        batch << t;
     }
+    if (rolledBack) {
+        // The trigger rolls the whole transaction back, as SQLite does on an I/O error; the
+        // storage then saves item by item, where the failing item fails alone.
+        CSideConnection side(home.dbPath());
+        const char* event = existing ? "update" : "insert";
+        QVERIFY(side.exec(QStringLiteral("create trigger boom before %1 on draft when "
+                                         "new.ttitle='boom' begin select raise(rollback, "
+                                         "'boom'); end")
+                              .arg(QLatin1String(event))));
+        CTarvik boom = batch.at(1);
+        boom.setTitle(QStringLiteral("boom"));
+        batch.insert(1, boom);
+    }
+    CLogCapture log;
     QList<int> tids;
-    QVERIFY(storage.saveTarviks(batch, Folder::eFolderSent, tids));
-    QCOMPARE(tids.size(), 50);
-    QCOMPARE(tids.first(), 1);
-    QCOMPARE(tids.last(), 50);
-    // Committed: the daemon's connection sees every row, and nothing is left locked.
-    CSideConnection side(home.dbPath());
-    QCOMPARE(side.scalar(QStringLiteral("select count(*) from sent")).toInt(), 50);
-    QVERIFY(side.exec(QStringLiteral("insert into sent (ttitle) values ('daemon')")));
+    QCOMPARE(storage.saveTarviks(batch, Folder::eFolderDraft, tids), !rolledBack);
+    QCOMPARE(log.count(QStringLiteral("CTarvikStorage::saveTarvik: started folder=3")),
+             rolledBack ? 2 + batch.size() : batch.size());
+    QCOMPARE(log.contains(QStringLiteral(
+                 "CTarvikStorage::saveTarviks transaction rolled back, saving one by one")),
+             rolledBack);
+    if (rolledBack) {
+        batch.removeAt(1);
+    }
+    QCOMPARE(tids.size(), 3);
+    for (int i = 0; i < 3; ++i) {
+        CTarvik back;
+        QVERIFY(storage.getTarvik(tids.at(i), Folder::eFolderDraft, back));
+        QCOMPARE(fields(back), fields(batch.at(i)));
+        if (existing) {
+            QCOMPARE(back.id(), batch.at(i).id());
+        }
+    }
+    QList<CTarvik> all;
+    QVERIFY(storage.getTarviks(Folder::eFolderDraft, all));
+    QCOMPARE(all.size(), 3);
+}
+
+namespace {
+// One side of the two-process race: opens the database in the HOME it inherited, saves one
+// message titled `title` and exits 0 when the save succeeded. Its log goes to stderr.
+int raceChild(const QString& title)
+{
+    CTarvikStorage::initResources();
+    CTarvikStorage storage(QStringLiteral("race"));
+    int tid = -1;
+    return storage.saveTarvik(makeTarvik(title, 1), Folder::eFolderInbox, tid) ? 0 : 1;
+}
+}  // namespace
+
+void StorageOperationsTest::twoProcessesOpenOneFile_data()
+{
+    QTest::addColumn<bool>("outdated");
+    QTest::newRow("fresh file") << false;
+    QTest::newRow("outdated file") << true;
+}
+
+void StorageOperationsTest::twoProcessesOpenOneFile()
+{
+    QFETCH(bool, outdated);
+    for (int round = 0; round < 15; ++round) {
+        CScopedHome home;
+        if (outdated) {
+            {
+                CTarvikStorage old(nextName());
+                int tid = -1;
+                QVERIFY(old.saveTarvik(makeTarvik("old", 1), Folder::eFolderInbox, tid));
+            }
+            CSideConnection side(home.dbPath());
+            QVERIFY(
+                side.exec(QStringLiteral("update settings set value='1.0.4' where "
+                                         "name='version'")));
+        }
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("*.debug=true"));
+        QProcess a;
+        QProcess b;
+        a.setProcessEnvironment(env);
+        b.setProcessEnvironment(env);
+        a.start(QCoreApplication::applicationFilePath(), {"--race-child", "a"});
+        b.start(QCoreApplication::applicationFilePath(), {"--race-child", "b"});
+        QVERIFY(a.waitForFinished(20000) && b.waitForFinished(20000));
+        const QString logs = QString::fromLocal8Bit(a.readAllStandardError()) +
+                             QString::fromLocal8Bit(b.readAllStandardError());
+        QVERIFY2(a.exitCode() == 0 && b.exitCode() == 0, qPrintable(logs));
+        const int recreated = logs.count(QStringLiteral("recreating DB"));
+        QVERIFY2(recreated == (outdated ? 1 : 0), qPrintable(logs));
+        CSideConnection side(home.dbPath());
+        QCOMPARE(side.scalar(QStringLiteral("select group_concat(ttitle) from (select ttitle "
+                                            "from inbox order by ttitle)"))
+                     .toString(),
+                 QStringLiteral("a,b"));
+        QCOMPARE(side.scalar(QStringLiteral("select value from settings where name='version'"))
+                     .toString(),
+                 QStringLiteral("1.0.5"));
+    }
 }
 
 void StorageOperationsTest::removeOperations()
@@ -370,28 +459,6 @@ void StorageOperationsTest::removeOperations()
     QVERIFY(storage.removeAllTarviks(Folder::eFolderInbox));
     QVERIFY(storage.getTarviks(Folder::eFolderInbox, inbox = {}));
     QVERIFY(inbox.isEmpty());
-}
-
-void StorageOperationsTest::hugeNoteAndHostileText()
-{
-    CScopedHome home;
-    CTarvikStorage storage(nextName());
-    CTarvik tarvik = makeTarvik(QStringLiteral("'); drop table inbox; --"), 5);
-    QString note;
-    note.reserve(1 << 20);
-    while (note.size() < (1 << 20)) {
-        note += QStringLiteral("Tere \u00f5\u00e4\u00f6\u00fc \U0001F30D <&> \" ' \0 ");
-    }
-    tarvik.setNote(note);
-    tarvik.setScreenname(QStringLiteral("<script>alert(1)</script>"));
-    int tid = -1;
-    QVERIFY(storage.saveTarvik(tarvik, Folder::eFolderInbox, tid));
-    CTarvik loaded;
-    QVERIFY(storage.getTarvik(tid, Folder::eFolderInbox, loaded));
-    QCOMPARE(loaded.note().size(), note.size());
-    QCOMPARE(loaded.note(), note);
-    QCOMPARE(loaded.title(), tarvik.title());
-    QVERIFY(loaded.toXml().contains(QStringLiteral("&lt;script&gt;")));
 }
 
 void StorageOperationsTest::hostileRowsFromAnotherProgram()
@@ -529,7 +596,6 @@ void StorageOperationsTest::folderOutOfRange_data()
     QTest::addColumn<int>("folder");
     QTest::newRow("-1") << -1;
     QTest::newRow("4") << 4;
-    QTest::newRow("huge") << (1 << 30);
 }
 
 void StorageOperationsTest::folderOutOfRange()
@@ -562,19 +628,8 @@ void StorageOperationsTest::folderOutOfRange()
     QCOMPARE(side.scalar(QStringLiteral("select count(*) from inbox")).toInt(), 0);
 }
 
-void StorageOperationsTest::closedDatabase_data()
-{
-    QTest::addColumn<QString>("operation");
-    for (const char* op : {"getTarvik", "getTarviks", "saveTarvik", "saveTarviks", "removeTarvik",
-                           "removeTarviks", "removeAllTarviks", "getSettings", "saveSettings",
-                           "getLocationRequest", "saveLocationRequest"}) {
-        QTest::newRow(op) << QString::fromLatin1(op);
-    }
-}
-
 void StorageOperationsTest::closedDatabase()
 {
-    QFETCH(QString, operation);
     CScopedHome home;
     // The data directory's name is taken by a file: the database cannot be created.
     QFile blocker(home.path() + QStringLiteral("/.tarvik"));
@@ -583,10 +638,7 @@ void StorageOperationsTest::closedDatabase()
     CLogCapture log;
     CTarvikStorage storage(nextName());
     QVERIFY(!storage.isOpen());
-    QVERIFY(
-        log.contains(QStringLiteral("CTarvikStorage::createDatabase() failed to create db path")));
     QVERIFY(log.contains(QStringLiteral("CTarvikStorage::openDatabase failed to create database")));
-
     CTarvik tarvik;
     QList<CTarvik> tarviks;
     QList<int> tids;
@@ -594,23 +646,16 @@ void StorageOperationsTest::closedDatabase()
     CTSettings settings;
     CLocationRequest request;
     const Folder inbox = Folder::eFolderInbox;
-    const QHash<QString, std::function<bool()>> calls = {
-        {"getTarvik", [&] { return storage.getTarvik(1, inbox, tarvik); }},
-        {"getTarviks", [&] { return storage.getTarviks(inbox, tarviks); }},
-        {"saveTarvik", [&] { return storage.saveTarvik(tarvik, inbox, tid); }},
-        {"saveTarviks", [&] { return storage.saveTarviks({tarvik}, inbox, tids); }},
-        {"removeTarvik", [&] { return storage.removeTarvik(1, inbox); }},
-        {"removeTarviks", [&] { return storage.removeTarviks({1}, inbox); }},
-        {"removeAllTarviks", [&] { return storage.removeAllTarviks(inbox); }},
-        {"getSettings", [&] { return storage.getSettings(settings); }},
-        {"saveSettings", [&] { return storage.saveSettings(settings, 0x1F); }},
-        {"getLocationRequest", [&] { return storage.getLocationRequest(request); }},
-        {"saveLocationRequest", [&] { return storage.saveLocationRequest(request, 0x7); }},
-    };
     log.clear();
-    QVERIFY(!calls.value(operation)());
-    QVERIFY2(log.contains(QStringLiteral("CTarvikStorage::%1 db is not opened").arg(operation)),
-             qPrintable(dump(log)));
+    const bool anySucceeded =
+        storage.getTarvik(1, inbox, tarvik) || storage.getTarviks(inbox, tarviks) ||
+        storage.saveTarvik(tarvik, inbox, tid) || storage.saveTarviks({tarvik}, inbox, tids) ||
+        storage.removeTarvik(1, inbox) || storage.removeTarviks({1}, inbox) ||
+        storage.removeAllTarviks(inbox) || storage.getSettings(settings) ||
+        storage.saveSettings(settings, 0x1F) || storage.getLocationRequest(request) ||
+        storage.saveLocationRequest(request, 0x7);
+    QVERIFY(!anySucceeded);
+    QCOMPARE(log.lines().filter(QStringLiteral(" db is not opened")).size(), 11);
 }
 
 void StorageOperationsTest::notADatabase()
@@ -658,15 +703,10 @@ void StorageOperationsTest::lockedByAnotherConnection()
              SQLITE_OK);
 
     CLogCapture log;
-    QElapsedTimer timer;
-    timer.start();
     int newTid = 0;
     QVERIFY(!storage.saveTarvik(makeTarvik("blocked", 2), Folder::eFolderInbox, newTid));
     QList<CTarvik> inbox;
     QVERIFY(!storage.getTarviks(Folder::eFolderInbox, inbox));
-    const qint64 elapsed = timer.elapsed();
-    QVERIFY2(elapsed < 2 * (CTarvikStorage::busyTimeoutMs + 1000),
-             qPrintable(QString::number(elapsed)));
     QVERIFY2(
         log.containsPrefix(QStringLiteral("CTarvikStorage::saveTarvik failed to exec query: ")),
         qPrintable(dump(log)));
@@ -715,45 +755,6 @@ void StorageOperationsTest::databaseFull()
     QVERIFY(storage.saveTarvik(makeTarvik("room again", 500), Folder::eFolderInbox, tid));
 }
 
-namespace {
-bool runCommand(const QString& program, const QStringList& args)
-{
-    QProcess process;
-    process.start(program, args);
-    return process.waitForFinished(10000) && process.exitStatus() == QProcess::NormalExit &&
-           process.exitCode() == 0;
-}
-
-// A small tmpfs mounted at `path`, so the test can make it read-only or fill it up
-// even when it runs as root (which ignores file modes).
-class CScopedMount
-{
-public:
-    CScopedMount(const QString& path, const QString& size)
-        : m_strPath(path),
-          m_bMounted(QDir().mkpath(path) &&
-                     runCommand(QStringLiteral("mount"),
-                                {"-t", "tmpfs", "-o", "size=" + size, "tmpfs", path}))
-    {
-    }
-    ~CScopedMount()
-    {
-        if (m_bMounted) {
-            runCommand(QStringLiteral("umount"), {"-l", m_strPath});
-        }
-    }
-    bool mounted() const { return m_bMounted; }
-    bool remountReadOnly() const
-    {
-        return runCommand(QStringLiteral("mount"), {"-o", "remount,ro", m_strPath});
-    }
-
-private:
-    QString m_strPath;
-    bool m_bMounted;
-};
-}  // namespace
-
 void StorageOperationsTest::readOnlyLocations()
 {
     CScopedHome home;
@@ -762,9 +763,7 @@ void StorageOperationsTest::readOnlyLocations()
     if (root) {
         mount = std::make_unique<CScopedMount>(home.dataDir(), QStringLiteral("1m"));
         if (!mount->mounted()) {
-            QSKIP(
-                "running as root without permission to mount a tmpfs: read-only cannot be "
-                "simulated");
+            QSKIP("NEEDS ROOT WITH MOUNT: no permission to mount a tmpfs for a read-only home");
         }
     }
     {
@@ -799,33 +798,14 @@ void StorageOperationsTest::readOnlyLocations()
     }
 }
 
-void StorageOperationsTest::diskFullAtCreation()
+int main(int argc, char** argv)
 {
-    if (geteuid() != 0) {
-        QSKIP("filling a disk needs a private tmpfs, which needs root");
+    QCoreApplication app(argc, argv);
+    if (argc == 3 && qstrcmp(argv[1], "--race-child") == 0) {
+        return raceChild(QString::fromLocal8Bit(argv[2]));
     }
-    CScopedHome home;
-    CScopedMount mount(home.dataDir(), QStringLiteral("64k"));
-    if (!mount.mounted()) {
-        QSKIP("no permission to mount a tmpfs");
-    }
-    // Fill the disk so the template copy cannot be written.
-    QFile filler(home.dataDir() + QStringLiteral("filler"));
-    QVERIFY(filler.open(QIODevice::WriteOnly));
-    const QByteArray block(4096, 'f');
-    while (filler.write(block) == block.size() && filler.flush()) {
-    }
-    filler.close();
-    CLogCapture log;
-    CTarvikStorage storage(nextName());
-    QVERIFY(!storage.isOpen());
-    QVERIFY2(log.containsPrefix(
-                 QStringLiteral("CTarvikStorage::createDatabase() failed to write to stream: ")),
-             qPrintable(dump(log)));
-    QVERIFY(!QFile::exists(home.dbPath()));
-    QList<CTarvik> inbox;
-    QVERIFY(!storage.getTarviks(Folder::eFolderInbox, inbox));
+    StorageOperationsTest test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
 }
-
-QTEST_GUILESS_MAIN(StorageOperationsTest)
 #include "tst_storage.moc"

@@ -171,26 +171,6 @@ private slots:
         QCOMPARE(visible(), QStringLiteral("P1"));
     }
 
-    void titleSignalOnlyForCurrentForm()
-    {
-        CTestForm* pBelow = show("Inbox");
-        CTestForm* pTop = new CTestForm(QStringLiteral("Message"), false, m_pStack);
-        emit pBelow->showForm(pTop);  // carried out at once
-        QCOMPARE(m_pStack->currentForm(), pTop);
-        // Shown twice: its signals are still connected once.
-        m_pStack->closeForm(false, pTop);
-        m_pStack->showForm(pTop);
-        QSignalSpy titleSpy(m_pStack, &CFormStack::onTitleUpdate);
-        pBelow->setTitle(QStringLiteral("Inbox (3)"));
-        QCOMPARE(titleSpy.count(), 0);
-        pTop->setTitle(QStringLiteral("Message from Ann"));
-        QCOMPARE(titleSpy.count(), 1);
-        QCOMPARE(m_pStack->currentTitle(), QStringLiteral("Message from Ann"));
-        m_pStack->closeForm(true, pTop);
-        QCOMPARE(titleSpy.count(), 2);
-        QCOMPARE(m_pStack->currentTitle(), QStringLiteral("Inbox (3)"));
-    }
-
     void buttonLock()
     {
         CTestForm* pForm = show("Locked");

@@ -101,33 +101,6 @@ private slots:
             QTest::keyClick(&edit, Qt::Key_Backspace);
         QCOMPARE(edit.text(), QString());
     }
-
-    void navigateOnlyKeys_data()
-    {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("cursorAfter");  // starts at 2; stays there when the key is dropped
-        QTest::newRow("left") << int(Qt::Key_Left) << 1;
-        QTest::newRow("right") << int(Qt::Key_Right) << 3;
-        QTest::newRow("home") << int(Qt::Key_Home) << 0;
-        QTest::newRow("end") << int(Qt::Key_End) << 5;
-        QTest::newRow("backspace") << int(Qt::Key_Backspace) << 2;
-        QTest::newRow("delete") << int(Qt::Key_Delete) << 2;
-        QTest::newRow("return") << int(Qt::Key_Return) << 2;
-        QTest::newRow("letter") << int(Qt::Key_X) << 2;
-    }
-
-    void navigateOnlyKeys()
-    {
-        QFETCH(int, key);
-        QFETCH(int, cursorAfter);
-        CLineEdit edit(QStringLiteral("hello"), nullptr, CLineEdit::eLineEditNavigateOnly);
-        edit.setCursorPosition(2);
-        QSignalSpy returnSpy(&edit, &QLineEdit::returnPressed);
-        QTest::keyClick(&edit, Qt::Key(key));
-        QCOMPARE(edit.text(), QStringLiteral("hello"));
-        QCOMPARE(edit.cursorPosition(), cursorAfter);
-        QCOMPARE(returnSpy.count(), 0);
-    }
 };
 
 QTEST_MAIN(tst_LineEdit)

@@ -149,67 +149,6 @@ private slots:
             }
         }
     }
-
-    void shippedSkins_data()
-    {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QRect>("stretch");  // null: no markers at all
-        auto run = [](int l, int r, int t, int b) { return QRect(QPoint(l, t), QPoint(r, b)); };
-        QTest::newRow("toolbar") << QSize(151, 41) << run(3, 150, 1, 38);
-        QTest::newRow("popup_bg") << QSize(250, 103) << run(26, 225, 25, 78);
-        QTest::newRow("title_bg") << QSize(151, 41) << run(1, 150, 1, 38);
-        QTest::newRow("list_item_bg") << QSize(151, 41) << QRect();
-        QTest::newRow("line_edit_bg") << QSize(209, 29) << run(17, 194, 7, 22);
-        QTest::newRow("btn_bg") << QSize(69, 41) << run(19, 49, 10, 30);
-        QTest::newRow("btn_bg_hl") << QSize(69, 41) << run(19, 43, 10, 30);
-        QTest::newRow("main_bg") << QSize(321, 457) << run(1, 320, 1, 456);
-        QTest::newRow("transparent_bg") << QSize(151, 41) << QRect();
-    }
-
-    void shippedSkins()
-    {
-        QFETCH(QSize, size);
-        QFETCH(QRect, stretch);
-        const QImage image(QStringLiteral(":/res_ui/img/%1.png")
-                               .arg(QString::fromLatin1(QTest::currentDataTag())));
-        QCOMPARE(image.size(), size);
-        QVERIFY(image.hasAlphaChannel());
-        const CSkin skin(image, QSize(400, 300));
-        QCOMPARE(skin.stretchRect(), stretch);
-        if (skin.hasScaledImage())  // drawn: the middle is covered
-            QVERIFY(qAlpha(skin.scaledImage().pixel(200, 150)) > 0);
-    }
-
-    void shippedStrips()
-    {
-        for (const char* pPath : {":/res_ui/img/refresh_anim.png", ":/res/img/progress_anim.png"}) {
-            const QImage image = QImage(QString::fromLatin1(pPath));
-            QCOMPARE(image.size(), QSize(320, 40));
-            QVERIFY(!image.hasAlphaChannel());
-            for (int i = 0; i < 8; ++i)  // eight different frames
-                for (int j = 0; j < i; ++j)
-                    QVERIFY(image.copy(i * 40, 0, 40, 40) != image.copy(j * 40, 0, 40, 40));
-        }
-    }
-
-    void shippedIcons()
-    {
-        const QString strNames = QStringLiteral(
-            "send inbox outbox sent settings feedback about message_read message_unread "
-            "message_sent message_sending message_failed_send message_draft arrow_east "
-            "arrow_west arrow_north arrow_south zoom_plus zoom_minus tarvik_logo "
-            "tarvik_logo_large");
-        for (const QString& strName : strNames.split(QLatin1Char(' '))) {
-            const QImage image = QImage(QStringLiteral(":/res/img/%1.png").arg(strName))
-                                     .convertToFormat(QImage::Format_ARGB32);
-            // Transparent around the drawing, and opaque in a good part of it.
-            QVERIFY2(!image.isNull() && qAlpha(image.pixel(0, 0)) == 0, qPrintable(strName));
-            int iOpaque = 0;
-            for (int i = 0; i < image.width() * image.height(); ++i)
-                iOpaque += qAlpha(image.pixel(i % image.width(), i / image.width())) == 255;
-            QVERIFY2(iOpaque > image.width() * image.height() / 20, qPrintable(strName));
-        }
-    }
 };
 
 QTEST_GUILESS_MAIN(tst_Skin)

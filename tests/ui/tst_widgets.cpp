@@ -136,53 +136,6 @@ private slots:
                               image.pixel(76, 45), image.pixel(10, 5)}),
                  QList<QRgb>({MAGENTA, MAGENTA, GREEN, GREEN, GREEN}));
     }
-
-    void toolButtonIconStates()
-    {
-        QTemporaryDir dir;
-        const QList<QPair<QString, QRgb>> files = {
-            {"off.png", 0xFFFF0000}, {"on.png", 0xFF00FF00}, {"dis.png", 0xFF0000FF}};
-        for (const auto& file : files) {
-            QImage image(24, 16, QImage::Format_ARGB32);
-            image.fill(file.second);
-            QVERIFY(image.save(dir.filePath(file.first)));
-        }
-        const QIcon icon = CTWToolButton::createIcon(dir.path() + QLatin1Char('/'), "off.png",
-                                                     "on.png", "dis.png");
-        QScopedPointer<CTWToolButton> pButton(
-            CTWToolButton::createButton(icon, true, false, false));
-        QCOMPARE(pButton->iconSize(), QSize(24, 16));
-        pButton->resize(64, 40);
-        pButton->setBrush(QColor::fromRgb(BRUSH));
-        // Centred: 24 x 16 in 64 x 40 covers (20, 12) to (43, 27).
-        const QImage image = grabbed(*pButton);
-        QCOMPARE(QList<QRgb>({image.pixel(19, 12), image.pixel(20, 12), image.pixel(43, 27)}),
-                 QList<QRgb>({BRUSH, 0xFFFF0000, 0xFFFF0000}));
-        auto centre = [&]() { return grabbed(*pButton).pixel(32, 20); };
-        pButton->setDown(true);
-        QCOMPARE(centre(), 0xFF00FF00u);
-        pButton->setDown(false);
-        pButton->setChecked(true);
-        QCOMPARE(centre(), 0xFF00FF00u);
-        pButton->setEnabled(false);
-        QCOMPARE(centre(), 0xFF0000FFu);
-        pButton->setChecked(false);
-        QCOMPARE(centre(), 0xFF0000FFu);
-    }
-
-    void stackPushPop()
-    {
-        CTWStackedWidget stack;
-        stack.pop();  // empty: nothing happens
-        QPointer<QWidget> first = new QWidget;
-        QPointer<QWidget> second = new QWidget;
-        stack.push(first);
-        stack.push(second);
-        QCOMPARE(stack.currentWidget(), second.data());
-        stack.pop();
-        QVERIFY(second.isNull());  // deleted at once
-        QCOMPARE(stack.currentWidget(), first.data());
-    }
 };
 
 QTEST_MAIN(tst_Widgets)

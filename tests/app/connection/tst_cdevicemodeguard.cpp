@@ -86,8 +86,6 @@ private Q_SLOTS:
             << QStringList{"--nm", "asleep"} << "offline" << nm << "yes" << true;
         QTest::newRow("NetworkManager radios off, no")
             << QStringList{"--nm", "online", "--nm-radios-off"} << "flight" << nm << "no" << false;
-        QTest::newRow("NetworkManager radios off, yes")
-            << QStringList{"--nm", "online", "--nm-radios-off"} << "flight" << nm << "yes" << true;
         QTest::newRow("NetworkManager online")
             << QStringList{"--nm", "online"} << "normal" << nm << "" << true;
         QTest::newRow("neither service") << QStringList() << "normal" << none << "" << true;
@@ -164,36 +162,6 @@ private Q_SLOTS:
                 QVERIFY(!nmProperty("WwanEnabled").toBool());
             }
         }
-    }
-
-    // check() waits for the answer while the event loop keeps running.
-    void checkKeepsGuiRunning()
-    {
-        CHelperProcess helper;
-        QVERIFY(helper.start(binaryPath(QStringLiteral("tarvik-fakes")),
-                             {QStringLiteral("--mce"), QStringLiteral("flight")}));
-        int ticks = 0;
-        QTimer ticker;
-        connect(&ticker, &QTimer::timeout, this, [&ticks]() { ++ticks; });
-        ticker.start(10);
-        bool clicked = false;
-        QTimer driver;
-        connect(&driver, &QTimer::timeout, this, [&]() {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (box && ticks >= 20 && !clicked) {
-                clicked = true;
-                box->button(QMessageBox::Yes)->click();
-            }
-        });
-        driver.start(20);
-        CLogCapture log;
-        const bool result =
-            CDeviceModeGuard::check(QStringLiteral("CViewTarvikForm::onBtnViewRouteClick"));
-        QVERIFY(clicked);
-        QVERIFY(result);
-        QVERIFY(ticks >= 20);
-        QVERIFY(log.contains(
-            QStringLiteral("CViewTarvikForm::onBtnViewRouteClick: Exit offline mode: Yes")));
     }
 };
 

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tarvik authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include <QLabel>
-#include <QLineEdit>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -16,7 +15,7 @@
 using namespace Dravo;
 using namespace Dravo::Test;
 
-// A session bus without Evolution Data Server: the chooser says so and returns empty.
+// A session bus without Evolution Data Server: the chooser logs it and returns empty at once.
 class TestContactChooserNoEds : public QObject
 {
     Q_OBJECT
@@ -46,31 +45,18 @@ private Q_SLOTS:
         QCOMPARE(log.count(QStringLiteral("main: osso abook initialization failed!")), 1);
     }
 
-    void chooserSaysUnavailableAndReturnsEmpty()
+    void chooserReturnsEmptyAtOnce()
     {
         CLogCapture log;
         CContactChooser chooser;
         QSignalSpy finished(&chooser, &CContactChooser::finished);
         chooser.start();
-        CContactChooserDialog* dialog = chooser.chooserDialog();
-        QVERIFY(dialog);
-        QTRY_VERIFY_WITH_TIMEOUT(dialog->isLoaded(), 30000);
-        QVERIFY(dialog->statusLabel()->isVisible());
-        QCOMPARE(dialog->statusLabel()->text(),
-                 QStringLiteral("The address book is not available."));
-        QVERIFY(!dialog->searchField()->isEnabled());
-        QCOMPARE(dialog->visibleCount(), 0);
-        QVERIFY(log.containsPrefix(
-            QStringLiteral("CComposeTarvikForm::onBtnContactsClick address book not available: ")));
-        const QString dir = qEnvironmentVariable("TARVIK_SCREENSHOT_DIR");
-        if (!dir.isEmpty()) {
-            dialog->grab().save(dir + QStringLiteral("/contact-chooser-unavailable.png"));
-        }
-        dialog->accept();  // OK with nothing to choose
-        QTRY_COMPARE(finished.count(), 1);
+        QPointer<CContactChooserDialog> dialog = chooser.chooserDialog();
+        QVERIFY(finished.wait(30000));
         QCOMPARE(finished.at(0).at(0).toString(), QString());
         QVERIFY(log.contains(
-            QStringLiteral("CComposeTarvikForm::onBtnContactsClick nothing selected")));
+            QStringLiteral("CComposeTarvikForm::onBtnContactsClick can't create chooser dialog")));
+        QTRY_VERIFY(dialog.isNull());
     }
 };
 

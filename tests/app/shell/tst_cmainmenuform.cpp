@@ -137,8 +137,7 @@ private Q_SLOTS:
     void feedbackOpensBrowserOnly()
     {
         clickRow(CMainMenuForm::eRowFeedback);
-        QCOMPARE(m_urls.m_lstUrls, QList<QUrl>{CMainMenuForm::feedbackUrl()});
-        QVERIFY(CMainMenuForm::feedbackUrl().isValid());
+        QCOMPARE(m_urls.m_lstUrls, QList<QUrl>{QUrl("https://tarvik.example.org/feedback")});
         QCOMPARE(stack()->count(), 1);
         QVERIFY(factoryCalls().isEmpty());
     }
@@ -173,7 +172,7 @@ private Q_SLOTS:
         QTest::mouseClick(pAbout->findChild<CTWPushButton*>(), Qt::LeftButton);
         QTRY_VERIFY(guard.isNull());
         QCOMPARE(stack()->count(), 1);
-        QCOMPARE(m_pWindow->windowTitle(), CTexts::appName());
+        QCOMPARE(m_pWindow->windowTitle(), QString("tarvik"));
     }
 
     void versionLine_data()
@@ -210,8 +209,6 @@ private Q_SLOTS:
         clickRow(CMainMenuForm::eRowSettings);
         clickRow(CMainMenuForm::eRowAbout);
         QTRY_COMPARE(stack()->count(), 2);
-        QTest::qWait(100);
-        QCOMPARE(stack()->count(), 2);
         QVERIFY(qobject_cast<CAboutForm*>(stack()->currentWidget()));
         QVERIFY(factoryCalls().isEmpty());
     }
@@ -227,8 +224,7 @@ private Q_SLOTS:
         clickRow(CMainMenuForm::eRowAbout);
         // A failed answer overtakes the real one, which then finds no listener.
         Q_EMIT storage()->signalSettingsGotten(false, CTSettings());
-        Q_EMIT storage()->signalSettingsGotten(true, CTSettings());
-        QTest::qWait(300);
+        Q_EMIT storage()->signalSettingsGotten(true, CTSettings());  // delivered at once
         QCOMPARE(stack()->count(), 1);
     }
 };
