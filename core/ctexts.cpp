@@ -100,6 +100,7 @@ TARVIK_TEXT(noTarviks, QT_TRANSLATE_NOOP("CTexts", "No tarviks"))
 TARVIK_TEXT(fromLabel, QT_TRANSLATE_NOOP("CTexts", "From:"))
 TARVIK_TEXT(toLabel, QT_TRANSLATE_NOOP("CTexts", "To:"))
 TARVIK_TEXT(subjectLabel, QT_TRANSLATE_NOOP("CTexts", "Subject:"))
+TARVIK_TEXT(messageLabel, QT_TRANSLATE_NOOP("CTexts", "Message"))
 TARVIK_TEXT(dateLabel, QT_TRANSLATE_NOOP("CTexts", "Date:"))
 TARVIK_TEXT(sentLabel, QT_TRANSLATE_NOOP("CTexts", "Sent:"))
 TARVIK_TEXT(replyPrefix, QT_TRANSLATE_NOOP("CTexts", "RE:"))
@@ -128,6 +129,10 @@ TARVIK_TEXT(registrationPrompt,
             QT_TRANSLATE_NOOP(
                 "CTexts",
                 "Please enter your phone number and screen name to proceed with registration."))
+TARVIK_TEXT(reregistrationPrompt,
+            QT_TRANSLATE_NOOP("CTexts",
+                              "Please change your phone number and/or screen name and proceed "
+                              "with re-registration."))
 TARVIK_TEXT(phoneNumberQuestion, QT_TRANSLATE_NOOP("CTexts", "What's your phone number?"))
 TARVIK_TEXT(screenNameQuestion, QT_TRANSLATE_NOOP("CTexts", "What's your screen name?"))
 TARVIK_TEXT(internationalFormatHint,

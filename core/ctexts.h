@@ -89,6 +89,7 @@ public:
     static const QString& fromLabel();
     static const QString& toLabel();
     static const QString& subjectLabel();
+    static const QString& messageLabel();  // names the message body for assistive tools
     static const QString& dateLabel();
     static const QString& sentLabel();
     static const QString& replyPrefix();    // "RE:"
@@ -114,6 +115,7 @@ public:
 
     // Registration
     static const QString& registrationPrompt();
+    static const QString& reregistrationPrompt();
     static const QString& phoneNumberQuestion();
     static const QString& screenNameQuestion();
     static const QString& internationalFormatHint();

@@ -328,5 +328,13 @@ Das kann bis zu einer Minute dauern.</translation>
         <source>Zoom out</source>
         <translation>Verkleinern</translation>
     </message>
+    <message>
+        <source>Message</source>
+        <translation>Nachricht</translation>
+    </message>
+    <message>
+        <source>Please change your phone number and/or screen name and proceed with re-registration.</source>
+        <translation>Bitte ändere deine Telefonnummer und/oder deinen Anzeigenamen, um mit der erneuten Registrierung fortzufahren.</translation>
+    </message>
 </context>
 </TS>

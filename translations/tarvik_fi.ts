@@ -328,5 +328,13 @@ Se voi kestää enintään minuutin.</translation>
         <source>Zoom out</source>
         <translation>Loitonna</translation>
     </message>
+    <message>
+        <source>Message</source>
+        <translation>Viesti</translation>
+    </message>
+    <message>
+        <source>Please change your phone number and/or screen name and proceed with re-registration.</source>
+        <translation>Muuta puhelinnumeroasi ja/tai näyttönimeäsi, niin uudelleenrekisteröityminen voi jatkua.</translation>
+    </message>
 </context>
 </TS>

@@ -3,10 +3,13 @@
 
 #include "cscreens.h"
 
+#include "ccomposetarvikform.h"
 #include "cformfactory.h"
 #include "cinboxform.h"
 #include "cmapmodule.h"
 #include "coutboxform.h"
+#include "cregisterform.h"
+#include "csendreceivepopupform.h"
 #include "csentform.h"
 #include "cviewtarvikform.h"
 
@@ -21,6 +24,15 @@ void registerScreens()
         return new CViewTarvikForm(pParent, tarvik, iType);
     });
     CFormFactory::setMapCreator(&CMapModule::createMapForm);
+    CFormFactory::setComposeCreator(
+        [](QWidget* p, int t, const QString& to, const QString& s, const QString& n, double lat,
+           double lon) -> CForm* { return new CComposeTarvikForm(p, t, to, s, n, lat, lon); });
+    CFormFactory::setSendReceiveCreator(
+        [](QWidget* p) -> CForm* { return new CSendReceivePopupForm(p); });
+    CFormFactory::setRegisterCreator(
+        [](QWidget* p, int t, const QString& number, const QString& name) -> CForm* {
+            return new CRegisterForm(p, t, number, name);
+        });
 }
 
 }  // namespace Dravo

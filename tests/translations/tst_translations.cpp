@@ -9,9 +9,11 @@
 #include <QVBoxLayout>
 
 #include "caboutform.h"
+#include "ccomposetarvikform.h"
 #include "cinboxform.h"
 #include "cmainmenuform.h"
 #include "coutboxform.h"
+#include "cregisterform.h"
 #include "csentform.h"
 #include "ctextpopupform.h"
 #include "ctexts.h"
@@ -229,6 +231,9 @@ private Q_SLOTS:
         QTest::newRow("view received") << 5;
         QTest::newRow("view sent") << 6;
         QTest::newRow("popups") << 7;
+        QTest::newRow("compose") << 8;
+        QTest::newRow("register") << 9;
+        QTest::newRow("register again") << 10;
     }
 
     // Every button, label and menu row of the screen shows its whole text.
@@ -260,6 +265,16 @@ private Q_SLOTS:
                 lstFailed = check(new CViewTarvikForm(nullptr, tarvik, screen - 5), strName);
                 break;
             }
+            case 8:
+                lstFailed = check(new CComposeTarvikForm(nullptr, 1, "+358401234567",
+                                                         CTexts::replyPrefix() + " Lunch", "Hi"),
+                                  strName);
+                break;
+            case 9:
+            case 10:
+                lstFailed =
+                    check(new CRegisterForm(nullptr, screen - 9, "+358401234567", "Aino"), strName);
+                break;
             default:
                 for (const QString& strText :
                      {CTexts::newTarviksReceived(), CTexts::sending(), CTexts::sendingFailed(),
