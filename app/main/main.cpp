@@ -31,9 +31,6 @@ int main(int argc, char** argv)
     // variable must be set before any Qt object exists.
     if (geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX"))
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
-    // Qt WebEngine, loaded later with the map module, shares OpenGL contexts with the
-    // application; that must be asked for before the application object is made.
-    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
 
     // The log is the client's trace: keep its debug lines even where the system's Qt
     // configuration turns debug output off (QT_LOGGING_RULES, when given, still wins).

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QOpenGLContext>
 #include <QPluginLoader>
 #include <QtDebug>
 
@@ -13,10 +14,34 @@
 #include "ctexts.h"
 #include "imapmodule.h"
 
+QT_BEGIN_NAMESPACE
+// Exported by Qt GUI; the attribute below would otherwise make every start pay for it.
+Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext* pContext);
+QT_END_NAMESPACE
+
 namespace Dravo {
 
 namespace {
 const char* const kPluginFile = "libtarvikmap.so";
+
+// Qt WebEngine renders through an OpenGL context shared with the application. Asked for
+// before the application object exists, Qt makes that context at start-up, loading the
+// OpenGL driver (about 70 ms and 70 MB here) for a map that may never be opened; so the
+// context is made here, just before the web engine comes in. It lives as long as the
+// process, as the one Qt would have made.
+void shareOpenGLContexts()
+{
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    if (QOpenGLContext::globalShareContext())
+        return;
+    auto* pContext = new QOpenGLContext;
+    if (!pContext->create()) {
+        qWarning() << "CMapModule: no shared OpenGL context; the map may not render";
+        delete pContext;
+        return;
+    }
+    qt_gl_set_global_share_context(pContext);
+}
 
 struct State
 {
@@ -59,6 +84,7 @@ IMapModule* CMapModule::module()
         s.strError = QStringLiteral("%1 not found in %2")
                          .arg(QLatin1String(kPluginFile), searchPaths().join(QStringLiteral(", ")));
     } else {
+        shareOpenGLContexts();
         QPluginLoader loader(strPath);
         s.pModule = qobject_cast<IMapModule*>(loader.instance());
         if (!s.pModule)
