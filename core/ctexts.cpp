@@ -146,13 +146,17 @@ TARVIK_TEXT(registrationWait,
                 "Please wait while your registration is completed.\nIt may take up to a minute."))
 TARVIK_TEXT(registrationFailed, QT_TRANSLATE_NOOP("CTexts", "Registration failed"))
 
-TARVIK_TEXT(mapUnavailable, QT_TRANSLATE_NOOP("CTexts", "The map cannot be shown: its module is missing or broken."))
-TARVIK_TEXT(waitingForConnection, QT_TRANSLATE_NOOP("CTexts", "Waiting for an Internet connection..."))
+TARVIK_TEXT(mapUnavailable,
+            QT_TRANSLATE_NOOP("CTexts",
+                              "The map cannot be shown: its module is missing or broken."))
+TARVIK_TEXT(waitingForConnection,
+            QT_TRANSLATE_NOOP("CTexts", "Waiting for an Internet connection..."))
 TARVIK_TEXT(panNorth, QT_TRANSLATE_NOOP("CTexts", "Pan north"))
 TARVIK_TEXT(panEast, QT_TRANSLATE_NOOP("CTexts", "Pan east"))
 TARVIK_TEXT(panSouth, QT_TRANSLATE_NOOP("CTexts", "Pan south"))
 TARVIK_TEXT(panWest, QT_TRANSLATE_NOOP("CTexts", "Pan west"))
 TARVIK_TEXT(zoomIn, QT_TRANSLATE_NOOP("CTexts", "Zoom in"))
 TARVIK_TEXT(zoomOut, QT_TRANSLATE_NOOP("CTexts", "Zoom out"))
+TARVIK_TEXT(routeSummary, QT_TRANSLATE_NOOP("CTexts", "Route: %1, about %2"))
 
 }  // namespace Dravo

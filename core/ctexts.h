@@ -131,6 +131,7 @@ public:
     static const QString& panWest();
     static const QString& zoomIn();
     static const QString& zoomOut();
+    static const QString& routeSummary();  // "Route: %1, about %2" (distance, duration)
 
 private:
     static QList<SEntry>& entries();

@@ -336,5 +336,9 @@ Das kann bis zu einer Minute dauern.</translation>
         <source>Please change your phone number and/or screen name and proceed with re-registration.</source>
         <translation>Bitte ändere deine Telefonnummer und/oder deinen Anzeigenamen, um mit der erneuten Registrierung fortzufahren.</translation>
     </message>
+    <message>
+        <source>Route: %1, about %2</source>
+        <translation>Route: %1, etwa %2</translation>
+    </message>
 </context>
 </TS>

@@ -336,5 +336,9 @@ Se voi kestää enintään minuutin.</translation>
         <source>Please change your phone number and/or screen name and proceed with re-registration.</source>
         <translation>Muuta puhelinnumeroasi ja/tai näyttönimeäsi, niin uudelleenrekisteröityminen voi jatkua.</translation>
     </message>
+    <message>
+        <source>Route: %1, about %2</source>
+        <translation>Reitti: %1, noin %2</translation>
+    </message>
 </context>
 </TS>

@@ -10,6 +10,8 @@
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
 
+#include "ctexts.h"
+
 namespace Dravo {
 
 namespace {
@@ -73,6 +75,8 @@ QString CMapConfig::pageConfigScript()
     config.insert(QStringLiteral("tileAttribution"), tileAttribution());
     config.insert(QStringLiteral("routeUrl"), routeUrl());
     config.insert(QStringLiteral("routeTimeoutMs"), routeTimeoutMs());
+    // The directions' first line in the client's language; the page fills in %1 and %2.
+    config.insert(QStringLiteral("routeSummary"), CTexts::routeSummary());
     return QStringLiteral("window.tarvikConfig = %1;")
         .arg(QString::fromUtf8(QJsonDocument(config).toJson(QJsonDocument::Compact)));
 }

@@ -172,8 +172,10 @@ RouteDirections.prototype.write = function (route) {
     this.panel.textContent = '';
     var summary = doc.createElement('p');
     summary.className = 'summary';
-    summary.textContent = 'Route: ' + formatDistance(route.distance || 0) + ', about ' +
-        formatDuration(route.duration || 0);
+    var template = (window.tarvikConfig && window.tarvikConfig.routeSummary) ||
+        'Route: %1, about %2';
+    summary.textContent = template.replace('%1', formatDistance(route.distance || 0))
+        .replace('%2', formatDuration(route.duration || 0));
     this.panel.appendChild(summary);
     var list = doc.createElement('ol');
     var legs = route.legs;
