@@ -11,14 +11,9 @@ const char* __lsan_default_options(void);
 // new_delete_type_mismatch: Qt WebEngine's bundled Chromium frees some of its own objects
 // through a base of another size when a page is destroyed (inside libQt6WebEngineCore,
 // under ~WebContentsAdapter); the check has no suppression list, so it is off.
-// detect_odr_violation: the plugins (contacts, map) link their own copies of the static
-// core, ui and shell libraries that the client also holds, so their globals exist twice
-// once a plugin is loaded. That is a defect of ours, tracked to be fixed by building those
-// libraries as shared ones; until then the check is off rather than stopping every run
-// that opens the address book or a map.
 const char* __asan_default_options(void)
 {
-    return "halt_on_error=1:detect_leaks=1:new_delete_type_mismatch=0:detect_odr_violation=0";
+    return "halt_on_error=1:detect_leaks=1:new_delete_type_mismatch=0";
 }
 
 const char* __ubsan_default_options(void)

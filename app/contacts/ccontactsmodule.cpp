@@ -79,7 +79,20 @@ void CContactsModule::loadInBackground()
         });
     });
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
+    m_pLoader = thread;
+    // The process must not exit while the plugin is being mapped: its initialisers
+    // would run against a program that is tearing itself down.
+    if (QCoreApplication* app = QCoreApplication::instance()) {
+        connect(app, &QCoreApplication::aboutToQuit, this, &CContactsModule::waitForLoader);
+    }
     thread->start(QThread::LowPriority);
+}
+
+void CContactsModule::waitForLoader()
+{
+    if (m_pLoader && !m_pLoader->wait(10000)) {
+        qWarning("CContactsModule: the contacts plugin is still loading at exit");
+    }
 }
 
 IContactsModule* CContactsModule::module()

@@ -7,6 +7,8 @@
 #include <QPointer>
 #include <QString>
 
+class QThread;
+
 #include "icontactsmodule.h"
 
 namespace Dravo {
@@ -39,8 +41,10 @@ Q_SIGNALS:
 private:
     bool loadLibrary(QString* error) const;
     void finishLoading(bool initialize);
+    void waitForLoader();
 
     QPointer<QObject> m_pInstance;
+    QPointer<QThread> m_pLoader;
     QString m_strError;
     QString m_strPath;
     bool m_bLoading = false;
