@@ -26,4 +26,12 @@ if(TARVIK_SANITIZE)
     target_compile_definitions(tarvik_sanitizer_options PRIVATE
         TARVIK_LSAN_SUPPRESSIONS="${PROJECT_SOURCE_DIR}/cmake/lsan.supp")
     link_libraries(tarvik_sanitizer_options)
+    # LeakSanitizer takes one suppression file: programs that open the address book get the
+    # general list and the address book's together.
+    set(TARVIK_LSAN_EDS_SUPPRESSIONS ${PROJECT_BINARY_DIR}/lsan-eds.supp)
+    file(READ ${PROJECT_SOURCE_DIR}/cmake/lsan.supp general)
+    file(READ ${PROJECT_SOURCE_DIR}/cmake/lsan-eds.supp eds)
+    file(WRITE ${TARVIK_LSAN_EDS_SUPPRESSIONS} "${general}\n${eds}")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+        ${PROJECT_SOURCE_DIR}/cmake/lsan.supp ${PROJECT_SOURCE_DIR}/cmake/lsan-eds.supp)
 endif()

@@ -27,8 +27,17 @@ const char* const kPluginFile = "libtarvikmap.so";
 // Qt WebEngine renders through an OpenGL context shared with the application. Asked for
 // before the application object exists, Qt makes that context at start-up, loading the
 // OpenGL driver (about 70 ms and 70 MB here) for a map that may never be opened; so the
-// context is made here, just before the web engine comes in. It lives as long as the
-// process, as the one Qt would have made.
+// context is made here, just before the web engine comes in. It is destroyed with the
+// application object, as the one Qt would have made.
+QOpenGLContext* s_pShareContext = nullptr;
+
+void deleteShareContext()
+{
+    qt_gl_set_global_share_context(nullptr);
+    delete s_pShareContext;
+    s_pShareContext = nullptr;
+}
+
 void shareOpenGLContexts()
 {
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
@@ -40,7 +49,9 @@ void shareOpenGLContexts()
         delete pContext;
         return;
     }
+    s_pShareContext = pContext;
     qt_gl_set_global_share_context(pContext);
+    qAddPostRoutine(deleteShareContext);
 }
 
 struct State

@@ -179,6 +179,8 @@ class Session:
     def launch(self):
         env = dict(self.env)
         env.update(self.client_env)
+        if os.environ.get("TARVIK_E2E_CLIENT_PRELOAD"):
+            env["LD_PRELOAD"] = os.environ["TARVIK_E2E_CLIENT_PRELOAD"]
         self.client = self._spawn([os.path.join(self.bindir, "tarvik")], env)
         import pyatspi  # noqa: F401  (needs the environment above)
         try:
@@ -197,9 +199,15 @@ class Session:
         except OSError:
             return "(none)"
 
-    def __exit__(self, *exc):
-        self.stop()
-        shutil.rmtree(self.tmp, ignore_errors=True)
+    def __exit__(self, exc_type, *exc):
+        try:
+            # A test that went well also needs a client that ends cleanly: in the sanitizer
+            # build a leak or a fault at exit shows only in the exit status.
+            if exc_type is None and self.client is not None:
+                self.quit_client()
+        finally:
+            self.stop()
+            shutil.rmtree(self.tmp, ignore_errors=True)
         return False
 
     def stop(self):
@@ -226,11 +234,20 @@ class Session:
             lock.close()
             self.display_lock = None
 
-    def quit_client(self, timeout=15):
-        """Ends the client as a desktop would (SIGTERM) and waits for it."""
-        self.client.send_signal(signal.SIGTERM)
-        self.client.wait(timeout)
+    def quit_client(self, timeout=60):
+        """Ends the client as a desktop would (SIGTERM), waits for it and fails unless it
+        exits with status 0 (it must not have died before, either)."""
+        if self.client.poll() is None:
+            self.client.send_signal(signal.SIGTERM)
+            try:
+                self.client.wait(timeout)
+            except subprocess.TimeoutExpired:
+                raise Failure("the client did not end within %d s of SIGTERM" % timeout)
+        status = self.client.returncode
+        self.client = None
         self.app = None
+        check(status == 0, "the client ended with status %r; its output ends:\n%s"
+              % (status, self._tail("tarvik.log", 60)))
 
     # --- the accessibility tree -------------------------------------------------
 
