@@ -51,6 +51,13 @@ bool CConnectionManager::requestConnection()
     return true;
 }
 
+void CConnectionManager::prepare()
+{
+    if (m_eBackendState == eBackendNone) {
+        probeBackend();
+    }
+}
+
 void CConnectionManager::probeBackend()
 {
     m_eBackendState = eBackendProbing;

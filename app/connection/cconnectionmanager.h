@@ -32,6 +32,9 @@ public:
 
     // Returns true when the request was taken; the outcome always arrives as a signal.
     bool requestConnection();
+    // Finds and loads the network-information backend ahead of the first request (a
+    // plugin that takes a GUI-thread slice of its own to load); nothing is signalled.
+    void prepare();
 
     void setConnectTimeout(int ms) { m_connectTimer.setInterval(ms); }
     int connectTimeout() const { return m_connectTimer.interval(); }

@@ -10,6 +10,7 @@
 
 #include "capplicationstyle.h"
 #include "casynctstorage.h"
+#include "cconnectionmanager.h"
 #include "ccontactsmodule.h"
 #include "cdesktopnotifier.h"
 #include "clogwriter.h"
@@ -65,6 +66,10 @@ int main(int argc, char** argv)
     QObject::connect(pMainWindow->formStack(), &CMainFormStack::signalShowMainWindow, &app,
                      [startAddressBook] { QTimer::singleShot(500, startAddressBook); });
     QTimer::singleShot(5000, &app, startAddressBook);
+    // Likewise the network backend, so that the first Send does not wait for it.
+    QObject::connect(pMainWindow->formStack(), &CMainFormStack::signalShowMainWindow, &app, [] {
+        QTimer::singleShot(1000, CConnectionManager::instance(), &CConnectionManager::prepare);
+    });
 
     CAsyncTStorage::getInstance(1)->start();
 

@@ -24,6 +24,7 @@
 #include "capplicationstyle.h"
 #include "casynctstorage.h"
 #include "ccomposetarvikform.h"
+#include "cconnectionmanager.h"
 #include "cformstack.h"
 #include "clocationengine.h"
 #include "clocationpopupform.h"
@@ -96,6 +97,10 @@ struct CEnvironment
         settings.setScreenname("Ann");
         settings.setRegflag(1);
         storage->saveSettings(settings, 0x01 | 0x02 | 0x08);
+        // As the client does a moment after its window shows.
+        CConnectionManager::instance()->prepare();
+        (void)QTest::qWaitFor(
+            [] { return !CConnectionManager::instance()->backendName().isEmpty(); }, 5000);
         return warmFix();
     }
 
