@@ -12,10 +12,15 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${TARVIK_BUILD_DIR:-$root/build}
 asan=${TARVIK_ASAN_BUILD_DIR:-$root/build-asan}
+# How long each phase took, for keeping CI within its time.
+phase() { echo "test.sh: $1 took $((SECONDS - started)) s"; started=$SECONDS; }
+started=$SECONDS
 "$root/scripts/build.sh"
+phase "the build"
 cd "$build"
 status=0
 ctest --output-on-failure --parallel "$(nproc)" "$@" || status=$?
+phase "the tests"
 log=Testing/Temporary/LastTest.log
 skips=$(grep -c '^SKIP .*NEEDS ROOT WITH MOUNT' "$log" 2>/dev/null || true)
 echo "Skipped for want of root or a mount: ${skips:-0}"
@@ -31,10 +36,12 @@ if [ "${TARVIK_SANITIZE:-1}" != 0 ]; then
       -DTARVIK_SANITIZE=ON
   fi
   cmake --build "$asan" --parallel "$(nproc)"
+  phase "the sanitizer build"
   cd "$asan"
   # Not run twice: the licence checks read files, not our code in action, and the package
   # test builds its own packages from the sources.
   ctest --output-on-failure --parallel "$(nproc)" \
     -E '^(ReuseLintTest|LicenceHeaderScriptTest|DebPackageTest)$' "$@" || status=$?
+  phase "the sanitizer tests"
 fi
 exit "$status"
