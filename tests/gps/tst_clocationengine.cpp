@@ -244,6 +244,11 @@ private Q_SLOTS:
         QObject receiver;
         receiver.moveToThread(&thread);
         thread.start();
+        // Also when a check below fails: the thread ends before its receiver goes.
+        const auto stop = qScopeGuard([&thread] {
+            thread.quit();
+            thread.wait();
+        });
         QAtomicInt got(0);
         QObject::connect(
             engine, &CLocationEngine::onLocation, &receiver,
@@ -251,8 +256,6 @@ private Q_SLOTS:
         QTRY_VERIFY(m_pSource && m_pSource->m_bActive);
         m_pSource->fix(1.5, 2.5);
         QTRY_COMPARE(int(got), 1);
-        thread.quit();
-        thread.wait();
     }
 };
 
