@@ -268,7 +268,7 @@ def test_gps_faults(bindir):
         compose_and_send(s, "+15550111", "Where", "No fix yet.")
         wait_label(s, LOCATING)
         seen = gps.lines
-        wait_for(lambda: gps.lines > seen + 12, 10, "sentences without a fix to reach the client")
+        wait_for(lambda: gps.lines > seen + 24, 10, "sentences without a fix to reach the client")
         check(label_shown(s, LOCATING), "no fix, yet the popup went on")
         s.tap_away("label", LOCATING)
         s.wait_title(COMPOSE)
