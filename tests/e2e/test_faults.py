@@ -302,12 +302,13 @@ def test_registration_on_flapping_network(bindir):
 
 
 def test_no_buses(bindir):
-    """Without a system bus the client starts and answers. Without a session bus (and so
-    without the accessibility bus) it shows its menu, logs why the daemon is out of reach
-    and ends cleanly when asked."""
+    """Without a system bus the client starts, says so when a send needs the network, and
+    answers. Without a session bus (and so without the accessibility bus) it shows its
+    menu, logs why the daemon is out of reach and ends cleanly when asked."""
     nowhere = "unix:path=/nonexistent/bus"
     with client(bindir, FAILING, env={"DBUS_SYSTEM_BUS_ADDRESS": nowhere}) as s:
-        s.find("list item", "Send a tarvik")
+        compose_and_send(s, "+15550111", "No", "system bus")
+        wait_log(s, "Unable to connect to the D-BUS daemon")
         s.responsive()
         s.quit_client()
         check(s.client.returncode == 0, "exit status %r" % s.client.returncode)
