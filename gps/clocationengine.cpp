@@ -132,6 +132,14 @@ void CLocationEngine::onError(int error)
     if (m_bRunning) {
         deliver(m_invalidLocation);
     }
+    if (error == QGeoPositionInfoSource::ClosedError && m_pSource) {
+        // A closed source never reports again (an NMEA stream that ended stays ended):
+        // the next request opens a new one.
+        m_pSource->disconnect(this);
+        m_pSource->deleteLater();
+        m_pSource = nullptr;
+        m_bSourceStarted = false;
+    }
 }
 
 void CLocationEngine::onLocationTimeout()

@@ -4,6 +4,8 @@
 #include "dbusobject.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
+#include <QtDebug>
 
 #include "tarvikadaptors.h"
 
@@ -40,6 +42,10 @@ DBusObject::DBusObject()
     if (bus.isConnected()) {
         bus.registerObject(objectPath(), this, QDBusConnection::ExportAdaptors);
         bus.registerService(serviceName());
+    } else {
+        qWarning().noquote()
+            << QStringLiteral("Tarvik::DBusObject: no session bus, the daemon is out of reach: %1")
+                   .arg(bus.lastError().message());
     }
     qDebug("Tarvik::DBusObject::DBusObject constructor end");
 }

@@ -386,6 +386,42 @@ class Session:
         with open(path, encoding="utf-8", errors="replace") as f:
             return f.read().splitlines()
 
+    def outbox(self):
+        """The outbox rows by content, without the row id and the send mark, which a
+        send rewrites; for checking that nothing queued earlier was lost."""
+        return sorted(tuple(sorted((k, v) for k, v in row.items() if k not in ("tid", "tflag")))
+                      for row in self.rows("outbox"))
+
+    def responsive(self):
+        """The client runs and its accessibility tree still answers."""
+        check(self.client.poll() is None, "the client ended with %r" % self.client.poll())
+        wait_for(lambda: self.window_title(), 10, "the client to answer on the accessibility bus")
+
+    def logged(self, text):
+        return any(text in line for line in self.log())
+
+    def spawn_ready(self, args, env=None):
+        """Starts a helper that prints a line when ready (the simulator, the fakes); the
+        line is returned."""
+        proc = self._spawn(args, env or self.env, stdout=subprocess.PIPE)
+        line = proc.stdout.readline().decode().strip()
+        check(line, "%s did not come up" % os.path.basename(args[0]))
+        return proc, line
+
+    def restart_sim(self, sim_args, kill=signal.SIGTERM):
+        """Ends the running simulator (with `kill`) and starts one with other arguments."""
+        for proc in self.procs:
+            if proc.args[0].endswith("tarvik-simd") and proc.poll() is None:
+                proc.send_signal(kill)
+                proc.wait(10)
+        sim, line = self.spawn_ready([os.path.join(self.bindir, "tarvik-simd")] + sim_args)
+        check(line == "ready", "the simulator did not come up (said %r)" % line)
+        return sim
+
+    def dbus(self, bus, dest, path, method, *args):
+        subprocess.run(["dbus-send", "--" + bus, "--print-reply", "--dest=" + dest, path, method]
+                       + list(args), env=self.env, check=True, capture_output=True)
+
     def screenshot(self, path):
         subprocess.run(["import", "-display", self.env["DISPLAY"], "-window", "root", path],
                        check=True)
