@@ -310,16 +310,14 @@ def test_no_buses(bindir):
         compose_and_send(s, "+15550111", "No", "system bus")
         wait_log(s, "Unable to connect to the D-BUS daemon")
         s.responsive()
-        s.quit_client()
-        check(s.client.returncode == 0, "exit status %r" % s.client.returncode)
+        s.quit_client()  # fails unless the exit status is 0
 
         env = dict(s.env, DBUS_SESSION_BUS_ADDRESS=nowhere, TARVIK_REPORT_SHOWN="1")
         s.client = s._spawn([os.path.join(bindir, "tarvik")], env)
         wait_for(lambda: "Send a tarvik" in s._tail("tarvik.log"), 20, "the main menu")
         wait_log(s, "no session bus")
         check(s.client.poll() is None, "the client ended")
-        s.quit_client()
-        check(s.client.returncode == 0, "exit status %r" % s.client.returncode)
+        s.quit_client()  # fails unless the exit status is 0
 
 
 def test_map_servers_hang(bindir):
