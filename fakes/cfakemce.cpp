@@ -24,7 +24,6 @@ CFakeMceAdaptor::CFakeMceAdaptor(CFakeMce* parent) : QDBusAbstractAdaptor(parent
 
 QString CFakeMceAdaptor::get_device_mode()
 {
-    ++m_pMce->m_iQueries;
     return m_pMce->m_strMode;
 }
 

@@ -27,14 +27,12 @@ public:
     QString mode() const { return m_strMode; }
     void setMode(const QString& mode) { m_strMode = mode; }
     QStringList requestedModes() const { return m_lstRequested; }
-    int modeQueries() const { return m_iQueries; }
 
 private:
     friend class CFakeMceAdaptor;
     friend class CFakeMceControlAdaptor;
     QString m_strMode;
     QStringList m_lstRequested;
-    int m_iQueries = 0;
 };
 
 class CFakeMceAdaptor : public QDBusAbstractAdaptor

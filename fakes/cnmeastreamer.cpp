@@ -114,7 +114,7 @@ bool CNmeaStreamer::sendNext()
     const QDateTime now = QDateTime::currentDateTimeUtc();
     QByteArray data;
     for (const QByteArray& sentence : m_lstEpochs.at(m_iNext)) {
-        data += (m_bRetime ? retimed(sentence, now) : sentence) + "\r\n";
+        data += retimed(sentence, now) + "\r\n";
     }
     m_iNext = (m_iNext + 1) % m_lstEpochs.size();
     bool sent = false;

@@ -33,9 +33,6 @@ public:
     quint16 port() const;
     QString sourceUrl() const;  // socket://127.0.0.1:PORT
     int clientCount() const;
-    int epochCount() const { return m_lstEpochs.size(); }
-    int nextEpoch() const { return m_iNext; }
-    void setRetime(bool retime) { m_bRetime = retime; }
 
     // Writes the next epoch (wrapping around at the end); false without clients.
     bool sendNext();
@@ -57,7 +54,6 @@ private:
     QList<QPointer<QTcpSocket>> m_lstClients;
     QList<QList<QByteArray>> m_lstEpochs;
     int m_iNext = 0;
-    bool m_bRetime = true;
     QTimer m_timer;
 };
 

@@ -14,7 +14,7 @@
 
 #include "cprivatebus.h"
 #include "ctarvikstorage.h"
-#include "simfixture.h"
+#include "storagefixture.h"
 
 using namespace Dravo;
 
@@ -73,7 +73,7 @@ class SimDaemonTest : public QObject
 private:
     Test::CPrivateBuses m_buses;
     CClientRecorder m_client;
-    QScopedPointer<Test::CSimHome> m_pHome;
+    QScopedPointer<Test::CScopedHome> m_pHome;
     QScopedPointer<Test::CHelperProcess> m_pSim;
 
     bool startSim(const QStringList& args);
@@ -112,7 +112,7 @@ void SimDaemonTest::initTestCase()
 
 void SimDaemonTest::init()
 {
-    m_pHome.reset(new Test::CSimHome);
+    m_pHome.reset(new Test::CScopedHome);
     m_client.m_lstCalls.clear();
 }
 
@@ -259,8 +259,7 @@ void SimDaemonTest::sendReceive()
     {
         CTarvikStorage storage(QStringLiteral("test_writer"));
         QList<int> tids;
-        QVERIFY(storage.saveTarviks({Test::queuedTarvik("first", "+3725550001", 5),
-                                     Test::queuedTarvik("second", "+3725550002", 50)},
+        QVERIFY(storage.saveTarviks({Test::makeTarvik("first", 5), Test::makeTarvik("second", 50)},
                                     CTarvikStorage::eFolderOutbox, tids));
     }
     QVERIFY(startSim({QStringLiteral("--delay=0"), QStringLiteral("--send=") + mode,

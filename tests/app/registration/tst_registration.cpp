@@ -96,8 +96,6 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("number");
         QTest::addColumn<QString>("name");
-        QTest::newRow("both empty") << ""
-                                    << "";
         QTest::newRow("no screen name") << "+15550100"
                                         << "";
         QTest::newRow("no number") << ""
@@ -121,7 +119,6 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("mode");
         QTest::addColumn<int>("type");
-        QTest::newRow("first registration succeeds") << "succeed" << 0;
         QTest::newRow("first registration fails") << "fail" << 0;
         QTest::newRow("re-registration succeeds") << "succeed" << 1;
     }

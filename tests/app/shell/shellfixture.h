@@ -56,58 +56,46 @@ inline QList<FactoryCall>& factoryCalls()
     return s_lst;
 }
 
+// Records one creator call and makes a placeholder in place of the screen.
+inline Dravo::CForm* recordCall(QWidget* pParent, const QString& strKind, int iType,
+                                const QStringList& lstArgs)
+{
+    FactoryCall call{strKind, iType, lstArgs,
+                     new Dravo::CPlaceholderForm(pParent, strKind, QString())};
+    factoryCalls() << call;
+    return call.pForm;
+}
+
 // Replaces every creator by one that records its arguments and makes a placeholder.
 inline void recordFactory()
 {
     using Dravo::CFormFactory;
-    using Dravo::CPlaceholderForm;
     auto folder = [](const QString& strKind) {
-        return [strKind](QWidget* pParent) -> Dravo::CForm* {
-            FactoryCall call;
-            call.strKind = strKind;
-            call.pForm = new CPlaceholderForm(pParent, strKind, QString());
-            factoryCalls() << call;
-            return call.pForm;
-        };
+        return [strKind](QWidget* pParent) { return recordCall(pParent, strKind, -1, {}); };
     };
     CFormFactory::setInboxCreator(folder("inbox"));
     CFormFactory::setOutboxCreator(folder("outbox"));
     CFormFactory::setSentCreator(folder("sent"));
+    CFormFactory::setSendReceiveCreator(folder("sendReceive"));
     CFormFactory::setComposeCreator([](QWidget* pParent, int iType, const QString& a,
                                        const QString& b, const QString& c, double dLat,
-                                       double dLon) -> Dravo::CForm* {
-        FactoryCall call{"compose", iType,
-                         {a, b, c, QString::number(dLat, 'g', 10), QString::number(dLon, 'g', 10)},
-                         nullptr};
-        call.pForm = new CPlaceholderForm(pParent, "compose", QString());
-        factoryCalls() << call;
-        return call.pForm;
+                                       double dLon) {
+        return recordCall(
+            pParent, "compose", iType,
+            {a, b, c, QString::number(dLat, 'g', 10), QString::number(dLon, 'g', 10)});
     });
     auto tarvikForm = [](const QString& strKind) {
-        return [strKind](QWidget* pParent, const Dravo::CTarvik& tarvik,
-                         int iType) -> Dravo::CForm* {
-            FactoryCall call{strKind, iType, {QString::number(tarvik.id()), tarvik.title()},
-                             nullptr};
-            call.pForm = new CPlaceholderForm(pParent, strKind, QString());
-            factoryCalls() << call;
-            return call.pForm;
+        return [strKind](QWidget* pParent, const Dravo::CTarvik& tarvik, int iType) {
+            return recordCall(pParent, strKind, iType,
+                              {QString::number(tarvik.id()), tarvik.title()});
         };
     };
     CFormFactory::setViewCreator(tarvikForm("view"));
     CFormFactory::setMapCreator(tarvikForm("map"));
-    CFormFactory::setSendReceiveCreator([](QWidget* pParent) -> Dravo::CForm* {
-        FactoryCall call{"sendReceive", -1, {}, nullptr};
-        call.pForm = new CPlaceholderForm(pParent, "sendReceive", QString());
-        factoryCalls() << call;
-        return call.pForm;
-    });
-    CFormFactory::setRegisterCreator([](QWidget* pParent, int iType, const QString& strNumber,
-                                        const QString& strName) -> Dravo::CForm* {
-        FactoryCall call{"register", iType, {strNumber, strName}, nullptr};
-        call.pForm = new CPlaceholderForm(pParent, "register", QString());
-        factoryCalls() << call;
-        return call.pForm;
-    });
+    CFormFactory::setRegisterCreator(
+        [](QWidget* pParent, int iType, const QString& strNumber, const QString& strName) {
+            return recordCall(pParent, "register", iType, {strNumber, strName});
+        });
 }
 
 // Private buses, a fresh HOME, the UI storage open on a new database, and a second bus
