@@ -200,8 +200,6 @@ void SimDaemonTest::registration_data()
 
     QTest::newRow("succeed") << "succeed"
                              << "+3725550100" << 0 << "OnRegistrationSucceed" << 1;
-    QTest::newRow("fail") << "fail"
-                          << "+3725550100" << 0 << "OnRegistrationFailed" << 0;
     QTest::newRow("fail clears an old flag") << "fail"
                                              << "+3725550100" << 1 << "OnRegistrationFailed" << 0;
     QTest::newRow("no own number") << "succeed"

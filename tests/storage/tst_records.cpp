@@ -183,9 +183,6 @@ void StorageRecordsTest::fromRow_data()
         << 1 << 1 << qint64(-1) << 1.0
         << QStringLiteral(
                "CTarvikStorage::retrieveTarvikFromQuery invalid tutcdatetime: yesterday");
-    QTest::newRow("latitude is text with a dot")
-        << QStringLiteral("7, 'g', 'f', 't', 1, 1, 'ti', 'no', '58.38', 2.0, ") + tail << true << 1
-        << 1 << qint64(1) << 58.38 << QString();
     QTest::newRow("latitude is garbage")
         << QStringLiteral("7, 'g', 'f', 't', 1, 1, 'ti', 'no', 'north', 2.0, ") + tail << true << 1
         << 1 << qint64(1) << 0.0
