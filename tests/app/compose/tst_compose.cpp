@@ -79,12 +79,6 @@ CTarvik failedTarvik(const QString& strTitle)
     return tarvik;
 }
 
-template <class T>
-T* topForm(CFormStack& stack)
-{
-    return qobject_cast<T*>(stack.currentWidget());
-}
-
 }  // namespace
 
 class TestCompose : public QObject
@@ -163,7 +157,7 @@ private Q_SLOTS:
         CComposeTarvikForm* pForm = openCompose(0, "", "subject", "note");
         QTest::mouseClick(pForm->btnSend(), Qt::LeftButton);
         settle();
-        QCOMPARE(topForm<CComposeTarvikForm>(m_fixture.stack()), pForm);
+        QCOMPARE(m_fixture.top<CComposeTarvikForm>(), pForm);
         QVERIFY(!pForm->buttonsLocked());
     }
 
@@ -187,7 +181,7 @@ private Q_SLOTS:
         const QDateTime before = QDateTime::currentDateTimeUtc();
         QTest::mouseClick(pForm->btnSend(), Qt::LeftButton);
 
-        auto* pPopup = topForm<CLocationPopupForm>(m_fixture.stack());
+        auto* pPopup = m_fixture.top<CLocationPopupForm>();
         QVERIFY(pPopup);
         QCOMPARE(pPopup->text(), CTexts::requestingLocation());
         m_fixture.shoot("popup-locating");
@@ -229,14 +223,14 @@ private Q_SLOTS:
         CComposeTarvikForm* pForm =
             openCompose(0, "+15550111", "Ünïcødé 🙂", "line 1\nline 2");
         QTest::mouseClick(pForm->btnSend(), Qt::LeftButton);
-        auto* pPopup = topForm<CLocationPopupForm>(m_fixture.stack());
+        auto* pPopup = m_fixture.top<CLocationPopupForm>();
         QVERIFY(pPopup);
         QTRY_COMPARE_WITH_TIMEOUT(pPopup->text(), CTexts::unableToDetermineLocation(), 8000);
         QVERIFY(log.contains("CLocationPopupForm::onLocation: invalid location gotten"));
         QVERIFY(pPopup->progressWidget()->isHidden());
         m_fixture.shoot("popup-failed");
         QTest::mouseClick(pPopup->popup(), Qt::LeftButton);
-        QTRY_COMPARE(topForm<CComposeTarvikForm>(m_fixture.stack()), pForm);
+        QTRY_COMPARE(m_fixture.top<CComposeTarvikForm>(), pForm);
         QCOMPARE(pForm->lineEditTo()->text(), QString("+15550111"));
         QCOMPARE(pForm->lineEditSubject()->text(), QString("Ünïcødé 🙂"));
         QCOMPARE(pForm->textEditMessage()->toPlainText(), QString("line 1\nline 2"));
@@ -268,11 +262,11 @@ private Q_SLOTS:
         QCOMPARE(strAsked, CTexts::exitOfflineMode());
         QVERIFY(log.contains("CComposeTarvikForm::onBtnSendClick: Exit offline mode: " + answer));
         if (answer == "No") {
-            QCOMPARE(topForm<CComposeTarvikForm>(m_fixture.stack()), pForm);
+            QCOMPARE(m_fixture.top<CComposeTarvikForm>(), pForm);
             QCOMPARE(pForm->textEditMessage()->toPlainText(), QString("n"));
             QVERIFY(m_fixture.mce().requestedModes().isEmpty());
         } else {
-            QVERIFY(topForm<CLocationPopupForm>(m_fixture.stack()));
+            QVERIFY(m_fixture.top<CLocationPopupForm>());
             QTRY_COMPARE(m_fixture.mce().requestedModes(), QStringList{"normal"});
         }
     }
@@ -285,7 +279,7 @@ private Q_SLOTS:
         Test::CLogCapture log(true);
         CComposeTarvikForm* pForm = openCompose(0, "+15550111", "s", "n");
         QTest::mouseClick(pForm->btnSend(), Qt::LeftButton);
-        QPointer<CLocationPopupForm> pPopup = topForm<CLocationPopupForm>(m_fixture.stack());
+        QPointer<CLocationPopupForm> pPopup = m_fixture.top<CLocationPopupForm>();
         QVERIFY(pPopup);
         // Before the event loop runs again, so the queued "connected" comes too late.
         Q_EMIT CConnectionManager::instance()->disconnected();
@@ -297,7 +291,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!pPopup);
         settle();
         QVERIFY(!engine.engine()->isRunning());
-        QCOMPARE(topForm<CComposeTarvikForm>(m_fixture.stack()), pForm);
+        QCOMPARE(m_fixture.top<CComposeTarvikForm>(), pForm);
         QCOMPARE(pForm->lineEditSubject()->text(), QString("s"));
         QVERIFY(m_fixture.folder(CAsyncTStorage::eFolderOutbox).isEmpty());
     }
@@ -400,12 +394,12 @@ private Q_SLOTS:
         QSignalSpy request(Tarvik::DBusObject::instance(), &Tarvik::DBusObject::SendReceiveRequest);
         CComposeTarvikForm* pForm = openCompose(0, "+15550111", "kept", "every word");
         QTest::mouseClick(pForm->btnSend(), Qt::LeftButton);
-        auto* pPopup = topForm<CLocationPopupForm>(m_fixture.stack());
+        auto* pPopup = m_fixture.top<CLocationPopupForm>();
         QVERIFY(pPopup);
         QTRY_COMPARE_WITH_TIMEOUT(pPopup->text(), CTexts::sendingFailed(), 8000);
         QVERIFY(log.contains("CLocationPopupForm::tarvikSaved: failed to save tarvik to outbox"));
         QTest::mouseClick(pPopup->popup(), Qt::LeftButton);
-        QTRY_COMPARE(topForm<CComposeTarvikForm>(m_fixture.stack()), pForm);
+        QTRY_COMPARE(m_fixture.top<CComposeTarvikForm>(), pForm);
         QCOMPARE(pForm->textEditMessage()->toPlainText(), QString("every word"));
         QCOMPARE(request.count(), 0);
         QVERIFY(m_fixture.storage().isOpen());

@@ -5,7 +5,6 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QSignalSpy>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -13,6 +12,7 @@
 
 #include "capplicationstyle.h"
 #include "casynctstorage.h"
+#include "cbuscall.h"
 #include "cformfactory.h"
 #include "cplaceholderform.h"
 #include "cprivatebus.h"
@@ -127,13 +127,9 @@ public:
     QDBusMessage callClient(const QString& strMethod,
                             const QString& strInterface = "com.qel.TarvikClient")
     {
-        QDBusMessage msg = QDBusMessage::createMethodCall("com.qel.tarvik", "/com/qel/tarvik",
-                                                          strInterface, strMethod);
-        QDBusPendingCallWatcher watcher(m_peer.asyncCall(msg, 5000));
-        QSignalSpy spy(&watcher, &QDBusPendingCallWatcher::finished);
-        if (!watcher.isFinished())
-            spy.wait(6000);
-        return watcher.reply();
+        return Dravo::Test::callAndWait(
+            m_peer, QDBusMessage::createMethodCall("com.qel.tarvik", "/com/qel/tarvik",
+                                                   strInterface, strMethod));
     }
 
     QDBusConnection& peer() { return m_peer; }
