@@ -17,6 +17,7 @@
 #include "composefixture.h"
 #include "csendreceivepopupform.h"
 #include "ctexts.h"
+#include "storagefixture.h"
 
 using namespace Dravo;
 using TarvikTest::CComposeFixture;
@@ -383,13 +384,9 @@ private Q_SLOTS:
                                                    CAsyncTStorage::eFolderOutbox, iTid));
         }
         {
-            QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "refuse");
-            db.setDatabaseName(m_fixture.dbPath());
-            QVERIFY(db.open());
-            QSqlQuery query(db);
-            QVERIFY(query.exec(trigger));
+            Test::CSideConnection side(m_fixture.dbPath(), "refuse");
+            QVERIFY(side.exec(trigger));
         }
-        QSqlDatabase::removeDatabase("refuse");
         Test::CLogCapture log(true);
         QSignalSpy request(Tarvik::DBusObject::instance(), &Tarvik::DBusObject::SendReceiveRequest);
         CComposeTarvikForm* pForm = openCompose(0, "+15550111", "kept", "every word");

@@ -12,6 +12,7 @@
 #include "ctarviklistmodel.h"
 #include "ctarviklistview.h"
 #include "folderfixture.h"
+#include "storagefixture.h"
 
 using namespace Dravo;
 using TarvikTest::factoryCalls;
@@ -340,13 +341,13 @@ private Q_SLOTS:
         const int tid = inbox.currentTarvik().id();
 
         Test::CLogCapture log;
-        TarvikTest::CRawDatabase raw(m_fixture.home());
+        Test::CSideConnection raw(m_fixture.home() + "/.tarvik/tarvikdb.sqlite");
         QVERIFY(raw.exec("BEGIN EXCLUSIVE"));
         inbox.onBtnDeleteClick();
         QTRY_VERIFY_WITH_TIMEOUT(
             log.contains(QString("CInboxForm::tarvikRemoved failed id = %1").arg(tid)), 10000);
         QVERIFY(raw.exec("ROLLBACK"));
-        QCOMPARE(raw.count("inbox"), 1);
+        QCOMPARE(raw.scalar("SELECT COUNT(*) FROM inbox").toInt(), 1);
         QCOMPARE(inbox.listView()->model()->rowCount(), 1);
         QVERIFY(!inbox.listView()->isBusy());
     }
@@ -390,7 +391,7 @@ private Q_SLOTS:
     // Rows no client would write: listed and drawn without a crash, nothing lost.
     void hostileRows()
     {
-        TarvikTest::CRawDatabase raw(m_fixture.home());
+        Test::CSideConnection raw(m_fixture.home() + "/.tarvik/tarvikdb.sqlite");
         const QString strLong(10000, QChar(0x05D0));
         const QString strNote(1 << 20, 'n');
         QVERIFY(
@@ -408,7 +409,7 @@ private Q_SLOTS:
         QCOMPARE(inbox.listView()->model()->rowCount(), 4);
         inbox.show();
         QVERIFY(!inbox.grab().isNull());
-        QCOMPARE(raw.count("inbox"), 4);
+        QCOMPARE(raw.scalar("SELECT COUNT(*) FROM inbox").toInt(), 4);
     }
 };
 
