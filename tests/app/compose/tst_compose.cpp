@@ -3,17 +3,14 @@
 
 #include <QDBusConnection>
 #include <QDateTime>
-#include <QFile>
 #include <QSqlDatabase>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 
 #include "ccomposetarvikform.h"
 #include "cconnectionmanager.h"
 #include "clocationengine.h"
 #include "clocationpopupform.h"
 #include "clogcapture.h"
-#include "cnmeastreamer.h"
 #include "composefixture.h"
 #include "csendreceivepopupform.h"
 #include "ctexts.h"
@@ -24,37 +21,19 @@ using TarvikTest::CComposeFixture;
 
 namespace {
 
-QList<QByteArray> sentencesOf(const QString& name)
-{
-    QFile file(QStringLiteral(TARVIK_SOURCE_DIR "/tests/gps/data/") + name);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    QList<QByteArray> lst;
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        if (!line.trimmed().isEmpty())
-            lst << line.trimmed();
-    }
-    return lst;
-}
-
-// A location engine reading an NMEA file stamped with the current time, with short
-// timers; the popups use it instead of the process-wide engine.
+// A location engine reading a recorded NMEA file, with short timers; the popups use it
+// instead of the process-wide engine.
 class CTestEngine
 {
 public:
     explicit CTestEngine(const QString& strTrack, int giveUpMs = 3000)
     {
-        QFile file(m_dir.filePath(strTrack));
-        if (file.open(QIODevice::WriteOnly)) {
-            const QDateTime start = QDateTime::currentDateTimeUtc();
-            const QList<QByteArray> lst = sentencesOf(strTrack);
-            for (int i = 0; i < lst.size(); ++i)
-                file.write(Test::CNmeaStreamer::retimed(lst.at(i), start.addSecs(i / 2)) + "\r\n");
-        }
-        qputenv("TARVIK_NMEA_SOURCE", file.fileName().toUtf8());
+        qputenv("TARVIK_NMEA_SOURCE",
+                QByteArray(TARVIK_SOURCE_DIR "/tests/gps/data/") + strTrack.toUtf8());
         CLocationTimings timings;
         timings.iGiveUpMs = giveUpMs;
         timings.iSettleMs = 200;
+        timings.iMaxAgeS = 500000000;  // the recording is old; its fixes count as fresh
         m_pEngine.reset(new CLocationEngine(timings));
         CLocationPopupForm::setLocationEngine(m_pEngine.data());
     }
@@ -62,7 +41,6 @@ public:
     CLocationEngine* engine() const { return m_pEngine.data(); }
 
 private:
-    QTemporaryDir m_dir;
     QScopedPointer<CLocationEngine> m_pEngine;
 };
 
