@@ -6,6 +6,7 @@
 // records the calls it receives and looks into the shared database.
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusContext>
 #include <QDBusInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
@@ -29,7 +30,7 @@ const QString kClientInterface = QStringLiteral("com.qel.TarvikClient");
 }  // namespace
 
 // The client's daemon-facing methods, each recorded by name.
-class CClientRecorder : public QObject
+class CClientRecorder : public QObject, protected QDBusContext
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "com.qel.TarvikClient")
@@ -37,33 +38,18 @@ public:
     QStringList m_lstCalls;
 
 public Q_SLOTS:
-    Q_SCRIPTABLE void OpenInbox() { m_lstCalls << QStringLiteral("OpenInbox"); }
-    Q_SCRIPTABLE void OnMessagesReceived() { m_lstCalls << QStringLiteral("OnMessagesReceived"); }
-    Q_SCRIPTABLE void OnMessagesSent() { m_lstCalls << QStringLiteral("OnMessagesSent"); }
-    Q_SCRIPTABLE void OnMessagesPartiallySent()
-    {
-        m_lstCalls << QStringLiteral("OnMessagesPartiallySent");
-    }
-    Q_SCRIPTABLE void OnMessagesSendFailed()
-    {
-        m_lstCalls << QStringLiteral("OnMessagesSendFailed");
-    }
-    Q_SCRIPTABLE void OnRegistrationSucceed()
-    {
-        m_lstCalls << QStringLiteral("OnRegistrationSucceed");
-    }
-    Q_SCRIPTABLE void OnRegistrationFailed()
-    {
-        m_lstCalls << QStringLiteral("OnRegistrationFailed");
-    }
-    Q_SCRIPTABLE void OnConnectionCheckSucceed()
-    {
-        m_lstCalls << QStringLiteral("OnConnectionCheckSucceed");
-    }
-    Q_SCRIPTABLE void OnConnectionCheckFailed()
-    {
-        m_lstCalls << QStringLiteral("OnConnectionCheckFailed");
-    }
+    Q_SCRIPTABLE void OpenInbox() { record(); }
+    Q_SCRIPTABLE void OnMessagesReceived() { record(); }
+    Q_SCRIPTABLE void OnMessagesSent() { record(); }
+    Q_SCRIPTABLE void OnMessagesPartiallySent() { record(); }
+    Q_SCRIPTABLE void OnMessagesSendFailed() { record(); }
+    Q_SCRIPTABLE void OnRegistrationSucceed() { record(); }
+    Q_SCRIPTABLE void OnRegistrationFailed() { record(); }
+    Q_SCRIPTABLE void OnConnectionCheckSucceed() { record(); }
+    Q_SCRIPTABLE void OnConnectionCheckFailed() { record(); }
+
+private:
+    void record() { m_lstCalls << message().member(); }
 };
 
 class SimDaemonTest : public QObject
@@ -176,11 +162,7 @@ CTSettings SimDaemonTest::settings()
 
 bool SimDaemonTest::waitForCalls(int count, int timeoutMs)
 {
-    QDeadlineTimer deadline(timeoutMs);
-    while (m_client.m_lstCalls.size() < count && !deadline.hasExpired()) {
-        QTest::qWait(20);
-    }
-    return m_client.m_lstCalls.size() >= count;
+    return QTest::qWaitFor([&] { return m_client.m_lstCalls.size() >= count; }, timeoutMs);
 }
 
 void SimDaemonTest::expectSilence()
