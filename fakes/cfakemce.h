@@ -44,18 +44,7 @@ public:
 
 public Q_SLOTS:
     QString get_device_mode();
-    QString get_devicelock_mode();
-    QString get_tklock_mode();
-    QString get_version();
     void req_device_mode_change(const QString& mode);
-    void req_tklock_mode_change(const QString& mode);
-    void req_display_blanking_pause();
-    void req_display_state_on();
-    void req_powerup();
-    void req_reboot();
-    void req_shutdown();
-    void set_alarm_mode(const QString& mode);
-    bool validate_devicelock_code(const QString& code, const QString& salt);
 
 private:
     CFakeMce* m_pMce;
