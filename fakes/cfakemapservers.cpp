@@ -66,7 +66,6 @@ void CFakeHttpServer::onReadyRead(QTcpSocket* pSocket)
         m_lstPaths << path;
         response = respond(path);
     }
-    emit requestServed(path);
     if (response.bHang) {
         m_lstHanging << pSocket;
         return;

@@ -37,9 +37,6 @@ public:
     QByteArray lastUserAgent() const { return m_lastUserAgent; }
     void resetCounts();
 
-signals:
-    void requestServed(const QByteArray& path);
-
 protected:
     virtual Response respond(const QByteArray& path) = 0;
 

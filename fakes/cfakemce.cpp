@@ -24,39 +24,13 @@ CFakeMceAdaptor::CFakeMceAdaptor(CFakeMce* parent) : QDBusAbstractAdaptor(parent
 
 QString CFakeMceAdaptor::get_device_mode()
 {
-    ++m_pMce->m_iQueries;
     return m_pMce->m_strMode;
-}
-
-QString CFakeMceAdaptor::get_devicelock_mode()
-{
-    return QStringLiteral("unlocked");
-}
-QString CFakeMceAdaptor::get_tklock_mode()
-{
-    return QStringLiteral("unlocked");
-}
-QString CFakeMceAdaptor::get_version()
-{
-    return QStringLiteral("1.8.0-fake");
 }
 
 void CFakeMceAdaptor::req_device_mode_change(const QString& mode)
 {
     m_pMce->m_lstRequested.append(mode);
     m_pMce->m_strMode = mode;
-}
-
-void CFakeMceAdaptor::req_tklock_mode_change(const QString&) {}
-void CFakeMceAdaptor::req_display_blanking_pause() {}
-void CFakeMceAdaptor::req_display_state_on() {}
-void CFakeMceAdaptor::req_powerup() {}
-void CFakeMceAdaptor::req_reboot() {}
-void CFakeMceAdaptor::req_shutdown() {}
-void CFakeMceAdaptor::set_alarm_mode(const QString&) {}
-bool CFakeMceAdaptor::validate_devicelock_code(const QString&, const QString&)
-{
-    return false;
 }
 
 CFakeMceControlAdaptor::CFakeMceControlAdaptor(CFakeMce* parent)

@@ -27,14 +27,12 @@ public:
     QString mode() const { return m_strMode; }
     void setMode(const QString& mode) { m_strMode = mode; }
     QStringList requestedModes() const { return m_lstRequested; }
-    int modeQueries() const { return m_iQueries; }
 
 private:
     friend class CFakeMceAdaptor;
     friend class CFakeMceControlAdaptor;
     QString m_strMode;
     QStringList m_lstRequested;
-    int m_iQueries = 0;
 };
 
 class CFakeMceAdaptor : public QDBusAbstractAdaptor
@@ -46,18 +44,7 @@ public:
 
 public Q_SLOTS:
     QString get_device_mode();
-    QString get_devicelock_mode();
-    QString get_tklock_mode();
-    QString get_version();
     void req_device_mode_change(const QString& mode);
-    void req_tklock_mode_change(const QString& mode);
-    void req_display_blanking_pause();
-    void req_display_state_on();
-    void req_powerup();
-    void req_reboot();
-    void req_shutdown();
-    void set_alarm_mode(const QString& mode);
-    bool validate_devicelock_code(const QString& code, const QString& salt);
 
 private:
     CFakeMce* m_pMce;

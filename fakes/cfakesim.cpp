@@ -23,7 +23,6 @@ CFakeSimAdaptor::CFakeSimAdaptor(CFakeSim* parent) : QDBusAbstractAdaptor(parent
 
 QString CFakeSimAdaptor::get_imei(int& flags)
 {
-    ++m_pSim->m_iCalls;
     flags = 0;
     return m_pSim->m_strImei;
 }

@@ -17,8 +17,6 @@ class CFakeSim : public QObject
     Q_OBJECT
 public:
     explicit CFakeSim(const QString& imei, QObject* parent = nullptr);
-    QString imei() const { return m_strImei; }
-    int calls() const { return m_iCalls; }
 
     // Registers the object and the name on `connection`.
     bool registerOn(QDBusConnection& connection);
@@ -26,7 +24,6 @@ public:
 private:
     friend class CFakeSimAdaptor;
     QString m_strImei;
-    int m_iCalls = 0;
 };
 
 class CFakeSimAdaptor : public QDBusAbstractAdaptor

@@ -37,15 +37,9 @@ CNmeaStreamer::CNmeaStreamer(QObject* parent) : QObject(parent), m_pServer(new Q
         while (QTcpSocket* socket = m_pServer->nextPendingConnection()) {
             connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
             m_lstClients.append(socket);
-            Q_EMIT clientConnected();
         }
     });
     connect(&m_timer, &QTimer::timeout, this, [this]() { sendNext(); });
-}
-
-CNmeaStreamer::~CNmeaStreamer()
-{
-    stop();
 }
 
 bool CNmeaStreamer::loadFile(const QString& path)
@@ -95,17 +89,6 @@ QString CNmeaStreamer::sourceUrl() const
     return QStringLiteral("socket://127.0.0.1:%1").arg(port());
 }
 
-int CNmeaStreamer::clientCount() const
-{
-    int count = 0;
-    for (const QPointer<QTcpSocket>& client : m_lstClients) {
-        if (client && client->state() == QAbstractSocket::ConnectedState) {
-            ++count;
-        }
-    }
-    return count;
-}
-
 bool CNmeaStreamer::sendNext()
 {
     if (m_lstEpochs.isEmpty()) {
@@ -114,7 +97,7 @@ bool CNmeaStreamer::sendNext()
     const QDateTime now = QDateTime::currentDateTimeUtc();
     QByteArray data;
     for (const QByteArray& sentence : m_lstEpochs.at(m_iNext)) {
-        data += (m_bRetime ? retimed(sentence, now) : sentence) + "\r\n";
+        data += retimed(sentence, now) + "\r\n";
     }
     m_iNext = (m_iNext + 1) % m_lstEpochs.size();
     bool sent = false;
@@ -131,11 +114,6 @@ bool CNmeaStreamer::sendNext()
 void CNmeaStreamer::start(int intervalMs)
 {
     m_timer.start(intervalMs);
-}
-
-void CNmeaStreamer::stop()
-{
-    m_timer.stop();
 }
 
 QByteArray CNmeaStreamer::checksum(const QByteArray& body)

@@ -18,30 +18,24 @@ namespace Test {
 // Serves NMEA sentences on a loopback TCP port, the way a GPS daemon streams them
 // to "socket://127.0.0.1:PORT". Sentences are grouped into epochs (consecutive
 // sentences with the same UTC time); each sendNext() writes one epoch to every
-// connected client. With retiming on, each epoch is stamped with the current UTC
-// time and date (checksums recomputed), so recorded tracks read as live fixes.
+// connected client, stamped with the current UTC time and date (checksums
+// recomputed), so recorded tracks read as live fixes.
 class CNmeaStreamer : public QObject
 {
     Q_OBJECT
 public:
     explicit CNmeaStreamer(QObject* parent = nullptr);
-    ~CNmeaStreamer() override;
 
     bool loadFile(const QString& path);
     void setSentences(const QList<QByteArray>& sentences);
     bool listen(quint16 port = 0);
     quint16 port() const;
     QString sourceUrl() const;  // socket://127.0.0.1:PORT
-    int clientCount() const;
-    int epochCount() const { return m_lstEpochs.size(); }
-    int nextEpoch() const { return m_iNext; }
-    void setRetime(bool retime) { m_bRetime = retime; }
 
     // Writes the next epoch (wrapping around at the end); false without clients.
     bool sendNext();
-    // Streams one epoch every intervalMs until stop().
+    // Streams one epoch every intervalMs.
     void start(int intervalMs = 1000);
-    void stop();
 
     // NMEA helpers.
     static QByteArray checksum(const QByteArray& body);
@@ -49,15 +43,11 @@ public:
     // The sentence with its UTC time (and, for RMC, date) replaced.
     static QByteArray retimed(const QByteArray& sentence, const QDateTime& utc);
 
-Q_SIGNALS:
-    void clientConnected();
-
 private:
     QTcpServer* m_pServer;
     QList<QPointer<QTcpSocket>> m_lstClients;
     QList<QList<QByteArray>> m_lstEpochs;
     int m_iNext = 0;
-    bool m_bRetime = true;
     QTimer m_timer;
 };
 

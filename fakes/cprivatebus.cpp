@@ -55,6 +55,18 @@ const char* const kSessionConfig =
 </busconfig>
 )";
 
+// Terminates a helper, and kills it when it does not end in time.
+void endProcess(QProcess& process)
+{
+    if (process.state() != QProcess::NotRunning) {
+        process.terminate();
+        if (!process.waitForFinished(3000)) {
+            process.kill();
+            process.waitForFinished(3000);
+        }
+    }
+}
+
 }  // namespace
 
 CPrivateBus::CPrivateBus(eType type) : m_eType(type) {}
@@ -116,13 +128,7 @@ bool CPrivateBus::start(int timeoutMs)
 
 void CPrivateBus::stop()
 {
-    if (m_process.state() != QProcess::NotRunning) {
-        m_process.terminate();
-        if (!m_process.waitForFinished(3000)) {
-            m_process.kill();
-            m_process.waitForFinished(3000);
-        }
-    }
+    endProcess(m_process);
 }
 
 bool CPrivateBus::isRunning() const
@@ -189,18 +195,7 @@ bool CHelperProcess::start(const QString& program, const QStringList& args,
 
 void CHelperProcess::stop()
 {
-    if (m_process.state() != QProcess::NotRunning) {
-        m_process.terminate();
-        if (!m_process.waitForFinished(3000)) {
-            m_process.kill();
-            m_process.waitForFinished(3000);
-        }
-    }
-}
-
-bool CHelperProcess::isRunning() const
-{
-    return m_process.state() == QProcess::Running;
+    endProcess(m_process);
 }
 
 namespace {

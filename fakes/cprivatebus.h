@@ -76,7 +76,6 @@ public:
                const QString& readyMarker = QStringLiteral("ready"), int timeoutMs = 10000,
                const QProcessEnvironment& env = QProcessEnvironment::systemEnvironment());
     void stop();
-    bool isRunning() const;
     QByteArray output() const { return m_baOutput; }
     QProcess& process() { return m_process; }
 

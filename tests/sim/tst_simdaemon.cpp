@@ -6,6 +6,7 @@
 // records the calls it receives and looks into the shared database.
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusContext>
 #include <QDBusInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
@@ -14,7 +15,7 @@
 
 #include "cprivatebus.h"
 #include "ctarvikstorage.h"
-#include "simfixture.h"
+#include "storagefixture.h"
 
 using namespace Dravo;
 
@@ -29,7 +30,7 @@ const QString kClientInterface = QStringLiteral("com.qel.TarvikClient");
 }  // namespace
 
 // The client's daemon-facing methods, each recorded by name.
-class CClientRecorder : public QObject
+class CClientRecorder : public QObject, protected QDBusContext
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "com.qel.TarvikClient")
@@ -37,33 +38,18 @@ public:
     QStringList m_lstCalls;
 
 public Q_SLOTS:
-    Q_SCRIPTABLE void OpenInbox() { m_lstCalls << QStringLiteral("OpenInbox"); }
-    Q_SCRIPTABLE void OnMessagesReceived() { m_lstCalls << QStringLiteral("OnMessagesReceived"); }
-    Q_SCRIPTABLE void OnMessagesSent() { m_lstCalls << QStringLiteral("OnMessagesSent"); }
-    Q_SCRIPTABLE void OnMessagesPartiallySent()
-    {
-        m_lstCalls << QStringLiteral("OnMessagesPartiallySent");
-    }
-    Q_SCRIPTABLE void OnMessagesSendFailed()
-    {
-        m_lstCalls << QStringLiteral("OnMessagesSendFailed");
-    }
-    Q_SCRIPTABLE void OnRegistrationSucceed()
-    {
-        m_lstCalls << QStringLiteral("OnRegistrationSucceed");
-    }
-    Q_SCRIPTABLE void OnRegistrationFailed()
-    {
-        m_lstCalls << QStringLiteral("OnRegistrationFailed");
-    }
-    Q_SCRIPTABLE void OnConnectionCheckSucceed()
-    {
-        m_lstCalls << QStringLiteral("OnConnectionCheckSucceed");
-    }
-    Q_SCRIPTABLE void OnConnectionCheckFailed()
-    {
-        m_lstCalls << QStringLiteral("OnConnectionCheckFailed");
-    }
+    Q_SCRIPTABLE void OpenInbox() { record(); }
+    Q_SCRIPTABLE void OnMessagesReceived() { record(); }
+    Q_SCRIPTABLE void OnMessagesSent() { record(); }
+    Q_SCRIPTABLE void OnMessagesPartiallySent() { record(); }
+    Q_SCRIPTABLE void OnMessagesSendFailed() { record(); }
+    Q_SCRIPTABLE void OnRegistrationSucceed() { record(); }
+    Q_SCRIPTABLE void OnRegistrationFailed() { record(); }
+    Q_SCRIPTABLE void OnConnectionCheckSucceed() { record(); }
+    Q_SCRIPTABLE void OnConnectionCheckFailed() { record(); }
+
+private:
+    void record() { m_lstCalls << message().member(); }
 };
 
 class SimDaemonTest : public QObject
@@ -73,7 +59,7 @@ class SimDaemonTest : public QObject
 private:
     Test::CPrivateBuses m_buses;
     CClientRecorder m_client;
-    QScopedPointer<Test::CSimHome> m_pHome;
+    QScopedPointer<Test::CScopedHome> m_pHome;
     QScopedPointer<Test::CHelperProcess> m_pSim;
 
     bool startSim(const QStringList& args);
@@ -112,7 +98,7 @@ void SimDaemonTest::initTestCase()
 
 void SimDaemonTest::init()
 {
-    m_pHome.reset(new Test::CSimHome);
+    m_pHome.reset(new Test::CScopedHome);
     m_client.m_lstCalls.clear();
 }
 
@@ -176,11 +162,7 @@ CTSettings SimDaemonTest::settings()
 
 bool SimDaemonTest::waitForCalls(int count, int timeoutMs)
 {
-    QDeadlineTimer deadline(timeoutMs);
-    while (m_client.m_lstCalls.size() < count && !deadline.hasExpired()) {
-        QTest::qWait(20);
-    }
-    return m_client.m_lstCalls.size() >= count;
+    return QTest::qWaitFor([&] { return m_client.m_lstCalls.size() >= count; }, timeoutMs);
 }
 
 void SimDaemonTest::expectSilence()
@@ -200,8 +182,6 @@ void SimDaemonTest::registration_data()
 
     QTest::newRow("succeed") << "succeed"
                              << "+3725550100" << 0 << "OnRegistrationSucceed" << 1;
-    QTest::newRow("fail") << "fail"
-                          << "+3725550100" << 0 << "OnRegistrationFailed" << 0;
     QTest::newRow("fail clears an old flag") << "fail"
                                              << "+3725550100" << 1 << "OnRegistrationFailed" << 0;
     QTest::newRow("no own number") << "succeed"
@@ -259,8 +239,7 @@ void SimDaemonTest::sendReceive()
     {
         CTarvikStorage storage(QStringLiteral("test_writer"));
         QList<int> tids;
-        QVERIFY(storage.saveTarviks({Test::queuedTarvik("first", "+3725550001", 5),
-                                     Test::queuedTarvik("second", "+3725550002", 50)},
+        QVERIFY(storage.saveTarviks({Test::makeTarvik("first", 5), Test::makeTarvik("second", 50)},
                                     CTarvikStorage::eFolderOutbox, tids));
     }
     QVERIFY(startSim({QStringLiteral("--delay=0"), QStringLiteral("--send=") + mode,

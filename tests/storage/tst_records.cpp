@@ -35,7 +35,6 @@ private:
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
-    void defaultsAndCopies();
     void toXml_data();
     void toXml();
     void fromRow_data();
@@ -95,24 +94,6 @@ bool StorageRecordsTest::buildFromRow(const QString& values, CTarvik& tarvik)
                      __FILE__, __LINE__);
     }
     return ok;
-}
-
-void StorageRecordsTest::defaultsAndCopies()
-{
-    CTarvik tarvik;
-    QCOMPARE(tarvik.id(), -1);
-    QCOMPARE(tarvik.carrier(), QStringLiteral("n/a"));
-    QVERIFY(tarvik.dateTime().isNull());
-    QCOMPARE(tarvik.latitude(), 0.0);
-    QCOMPARE(tarvik.flag(), 0);
-    QVERIFY(tarvik.color().isEmpty());
-
-    CTSettings settings;
-    QCOMPARE(settings.regflag(), 0);
-    QCOMPARE(settings.pollinginterval(), 0);
-    CLocationRequest request;
-    QCOMPARE(request.providelocation(), 0);
-    QVERIFY(request.schedule().isEmpty());
 }
 
 void StorageRecordsTest::toXml_data()
@@ -202,9 +183,6 @@ void StorageRecordsTest::fromRow_data()
         << 1 << 1 << qint64(-1) << 1.0
         << QStringLiteral(
                "CTarvikStorage::retrieveTarvikFromQuery invalid tutcdatetime: yesterday");
-    QTest::newRow("latitude is text with a dot")
-        << QStringLiteral("7, 'g', 'f', 't', 1, 1, 'ti', 'no', '58.38', 2.0, ") + tail << true << 1
-        << 1 << qint64(1) << 58.38 << QString();
     QTest::newRow("latitude is garbage")
         << QStringLiteral("7, 'g', 'f', 't', 1, 1, 'ti', 'no', 'north', 2.0, ") + tail << true << 1
         << 1 << qint64(1) << 0.0

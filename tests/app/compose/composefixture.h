@@ -134,6 +134,12 @@ public:
     }
 
     Dravo::CFormStack& stack() { return m_stack; }
+    // The stack's current form as a T, or null.
+    template <class T>
+    T* top()
+    {
+        return qobject_cast<T*>(m_stack.currentWidget());
+    }
     Dravo::Test::CFakeMce& mce() { return m_mce; }
     Dravo::Test::CHelperProcess& sim() { return m_sim; }
     QString home() const { return m_home.path(); }

@@ -21,14 +21,6 @@
 
 using namespace Dravo;
 
-namespace {
-QString vcard(const QString& strName, const QStringList& lstLines)
-{
-    return QStringLiteral("BEGIN:VCARD\r\nVERSION:3.0\r\nFN:%1\r\n%2\r\nEND:VCARD\r\n")
-        .arg(strName, lstLines.join("\r\n"));
-}
-}  // namespace
-
 // The Contacts button over a real address book (Evolution Data Server on a private
 // bus), through the plugin the client loads: two contacts chosen one after the other,
 // the second through the detail selector, end up comma-joined in the recipient line.
@@ -94,6 +86,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY2(m_eds.start(), qPrintable(m_eds.errorString()));
+        const auto vcard = &Test::CEdsFixture::vcard;
         QVERIFY(m_eds.addContacts(
             {vcard("Ann Example", {"TEL;TYPE=CELL:+15550111"}),
              vcard("Bob Example", {"TEL;TYPE=CELL:+15550122", "EMAIL:bob@example.org"})}));

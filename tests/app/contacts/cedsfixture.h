@@ -26,6 +26,12 @@ public:
 
     // Adds vCards (VERSION:3.0 bodies) to the system address book.
     bool addContacts(const QStringList& vcards);
+    // A VERSION:3.0 vCard named `name` with the given property lines.
+    static QString vcard(const QString& name, const QStringList& lines)
+    {
+        return QStringLiteral("BEGIN:VCARD\r\nVERSION:3.0\r\nFN:%1\r\n%2END:VCARD\r\n")
+            .arg(name, lines.isEmpty() ? QString() : lines.join(QStringLiteral("\r\n")) + "\r\n");
+    }
     // Ends the services and their session bus, as when the desktop session dies.
     void stop();
 

@@ -34,12 +34,6 @@ void countVCardWarning(const gchar*, GLogLevelFlags, const gchar* message, gpoin
     qWarning("vCard library: %s", message);
 }
 
-QString vcard(const QString& name, const QStringList& lines)
-{
-    return QStringLiteral("BEGIN:VCARD\r\nVERSION:3.0\r\nFN:%1\r\n%2END:VCARD\r\n")
-        .arg(name, lines.isEmpty() ? QString() : lines.join(QStringLiteral("\r\n")) + "\r\n");
-}
-
 }  // namespace
 
 class TestContactChooser : public QObject
@@ -70,6 +64,7 @@ private Q_SLOTS:
                           GLogLevelFlags(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_CRITICAL),
                           countVCardWarning, nullptr);
         QVERIFY2(m_eds.start(), qPrintable(m_eds.errorString()));
+        const auto vcard = &CEdsFixture::vcard;
         const QStringList contacts{
             vcard(QStringLiteral("Ann One-Phone"), {QStringLiteral("TEL;TYPE=CELL:+3725550001")}),
             vcard(QStringLiteral("Bob Phone-And-Mail"),

@@ -16,7 +16,6 @@
 #include "clogcapture.h"
 #include "cprivatebus.h"
 #include "dbusobject.h"
-#include "expectedbusxml.h"
 
 using Tarvik::DBusObject;
 
@@ -59,16 +58,6 @@ private Q_SLOTS:
     }
 
     void cleanupTestCase() { m_pLog.reset(); }
-
-    void introspection()
-    {
-        const QDBusMessage reply = call(DBusObject::serviceName(), DBusObject::objectPath(),
-                                        "org.freedesktop.DBus.Introspectable", "Introspect");
-        QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
-        const QString strMismatch =
-            TarvikTest::introspectionMismatch(reply.arguments().value(0).toString());
-        QVERIFY2(strMismatch.isEmpty(), qPrintable(strMismatch));
-    }
 
     void incomingCall_data()
     {

@@ -3,10 +3,6 @@
 
 #pragma once
 
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
-
 #include "casynctstorage.h"
 #include "shellfixture.h"
 
@@ -36,42 +32,5 @@ inline bool saveTarviks(const QList<Dravo::CTarvik>& tarviks,
     QSignalSpy spy(pStorage, &Dravo::CAsyncTStorage::signalTarviksSaved);
     return pStorage->saveTarviks(tarviks, folder) && spy.wait(5000) && spy.first().at(0).toBool();
 }
-
-// A second connection to the client's database, for what the storage service would
-// never write and for holding locks.
-class CRawDatabase
-{
-public:
-    explicit CRawDatabase(const QString& strHome)
-    {
-        m_db = QSqlDatabase::addDatabase("QSQLITE", "raw");
-        m_db.setDatabaseName(strHome + "/.tarvik/tarvikdb.sqlite");
-        m_db.open();
-    }
-    ~CRawDatabase()
-    {
-        m_db.close();
-        m_db = QSqlDatabase();
-        QSqlDatabase::removeDatabase("raw");
-    }
-    bool exec(const QString& strSql)
-    {
-        QSqlQuery query(m_db);
-        if (query.exec(strSql))
-            return true;
-        qWarning("raw sql failed: %s", qPrintable(query.lastError().text()));
-        return false;
-    }
-    int count(const QString& strTable)
-    {
-        QSqlQuery query(m_db);
-        return query.exec("SELECT COUNT(*) FROM " + strTable) && query.next()
-                   ? query.value(0).toInt()
-                   : -1;
-    }
-
-private:
-    QSqlDatabase m_db;
-};
 
 }  // namespace TarvikTest

@@ -5,7 +5,6 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QSignalSpy>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -13,6 +12,7 @@
 
 #include "capplicationstyle.h"
 #include "casynctstorage.h"
+#include "cbuscall.h"
 #include "cformfactory.h"
 #include "cplaceholderform.h"
 #include "cprivatebus.h"
@@ -56,58 +56,46 @@ inline QList<FactoryCall>& factoryCalls()
     return s_lst;
 }
 
+// Records one creator call and makes a placeholder in place of the screen.
+inline Dravo::CForm* recordCall(QWidget* pParent, const QString& strKind, int iType,
+                                const QStringList& lstArgs)
+{
+    FactoryCall call{strKind, iType, lstArgs,
+                     new Dravo::CPlaceholderForm(pParent, strKind, QString())};
+    factoryCalls() << call;
+    return call.pForm;
+}
+
 // Replaces every creator by one that records its arguments and makes a placeholder.
 inline void recordFactory()
 {
     using Dravo::CFormFactory;
-    using Dravo::CPlaceholderForm;
     auto folder = [](const QString& strKind) {
-        return [strKind](QWidget* pParent) -> Dravo::CForm* {
-            FactoryCall call;
-            call.strKind = strKind;
-            call.pForm = new CPlaceholderForm(pParent, strKind, QString());
-            factoryCalls() << call;
-            return call.pForm;
-        };
+        return [strKind](QWidget* pParent) { return recordCall(pParent, strKind, -1, {}); };
     };
     CFormFactory::setInboxCreator(folder("inbox"));
     CFormFactory::setOutboxCreator(folder("outbox"));
     CFormFactory::setSentCreator(folder("sent"));
+    CFormFactory::setSendReceiveCreator(folder("sendReceive"));
     CFormFactory::setComposeCreator([](QWidget* pParent, int iType, const QString& a,
                                        const QString& b, const QString& c, double dLat,
-                                       double dLon) -> Dravo::CForm* {
-        FactoryCall call{"compose", iType,
-                         {a, b, c, QString::number(dLat, 'g', 10), QString::number(dLon, 'g', 10)},
-                         nullptr};
-        call.pForm = new CPlaceholderForm(pParent, "compose", QString());
-        factoryCalls() << call;
-        return call.pForm;
+                                       double dLon) {
+        return recordCall(
+            pParent, "compose", iType,
+            {a, b, c, QString::number(dLat, 'g', 10), QString::number(dLon, 'g', 10)});
     });
     auto tarvikForm = [](const QString& strKind) {
-        return [strKind](QWidget* pParent, const Dravo::CTarvik& tarvik,
-                         int iType) -> Dravo::CForm* {
-            FactoryCall call{strKind, iType, {QString::number(tarvik.id()), tarvik.title()},
-                             nullptr};
-            call.pForm = new CPlaceholderForm(pParent, strKind, QString());
-            factoryCalls() << call;
-            return call.pForm;
+        return [strKind](QWidget* pParent, const Dravo::CTarvik& tarvik, int iType) {
+            return recordCall(pParent, strKind, iType,
+                              {QString::number(tarvik.id()), tarvik.title()});
         };
     };
     CFormFactory::setViewCreator(tarvikForm("view"));
     CFormFactory::setMapCreator(tarvikForm("map"));
-    CFormFactory::setSendReceiveCreator([](QWidget* pParent) -> Dravo::CForm* {
-        FactoryCall call{"sendReceive", -1, {}, nullptr};
-        call.pForm = new CPlaceholderForm(pParent, "sendReceive", QString());
-        factoryCalls() << call;
-        return call.pForm;
-    });
-    CFormFactory::setRegisterCreator([](QWidget* pParent, int iType, const QString& strNumber,
-                                        const QString& strName) -> Dravo::CForm* {
-        FactoryCall call{"register", iType, {strNumber, strName}, nullptr};
-        call.pForm = new CPlaceholderForm(pParent, "register", QString());
-        factoryCalls() << call;
-        return call.pForm;
-    });
+    CFormFactory::setRegisterCreator(
+        [](QWidget* pParent, int iType, const QString& strNumber, const QString& strName) {
+            return recordCall(pParent, "register", iType, {strNumber, strName});
+        });
 }
 
 // Private buses, a fresh HOME, the UI storage open on a new database, and a second bus
@@ -139,13 +127,9 @@ public:
     QDBusMessage callClient(const QString& strMethod,
                             const QString& strInterface = "com.qel.TarvikClient")
     {
-        QDBusMessage msg = QDBusMessage::createMethodCall("com.qel.tarvik", "/com/qel/tarvik",
-                                                          strInterface, strMethod);
-        QDBusPendingCallWatcher watcher(m_peer.asyncCall(msg, 5000));
-        QSignalSpy spy(&watcher, &QDBusPendingCallWatcher::finished);
-        if (!watcher.isFinished())
-            spy.wait(6000);
-        return watcher.reply();
+        return Dravo::Test::callAndWait(
+            m_peer, QDBusMessage::createMethodCall("com.qel.tarvik", "/com/qel/tarvik",
+                                                   strInterface, strMethod));
     }
 
     QDBusConnection& peer() { return m_peer; }
