@@ -22,7 +22,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from tarvikui import Session, check, run, wait_for  # noqa: E402
 from test_compose import (compose_and_send, label_shown, nmea_checksum,  # noqa: E402
                           settings_of, stamped_track, type_into)
-from test_map import TRACK_NMEA, back_to  # noqa: E402
+from test_map import TRACK_NMEA, back_to, open_delivered  # noqa: E402
 
 SENDING = "Sending..."
 SEND_FAILED = "Sending failed"
@@ -337,14 +337,7 @@ def test_map_servers_hang(bindir):
                 "TARVIK_ROUTE_URL": url + "/osrm", "TARVIK_NMEA_SOURCE": nmea}
     with client(bindir, REGISTERED + ["--incoming-file", incoming.name, "--delay", "50"],
                 env=env) as s:
-        s.click(s.find("list item", "Inbox"))
-        s.wait_title("tarvik - Inbox")
-        s.dbus("session", "com.qel.tarvikdaemon", "/com/qel/tarviksim",
-               "com.qel.TarvikSimControl.DeliverNow", "int32:1")
-        entry = s.find("list item", "Aino, Here")
-        s.tap_away("label", "New tarviks received")
-        s.click(entry, double=True)
-        s.wait_title("tarvik - Message")
+        open_delivered(s, "Aino, Here")
         s.click(s.find("push button", "View route"))
         s.wait_title("tarvik - Route", 30)
         wait_label(s, NO_ROUTE, 40)

@@ -96,6 +96,18 @@ def back_to(session, title):
     tap_until(session, "Back", lambda: session.window_title() == title)
 
 
+def open_delivered(session, entry):
+    """Opens the inbox, has the simulator deliver its message, and opens `entry`."""
+    session.click(session.find("list item", "Inbox"))
+    session.wait_title("tarvik - Inbox")
+    session.dbus("session", "com.qel.tarvikdaemon", "/com/qel/tarviksim",
+                 "com.qel.TarvikSimControl.DeliverNow", "int32:1")
+    item = session.find("list item", entry)
+    session.tap_away("label", "New tarviks received")
+    session.click(item, double=True)
+    session.wait_title("tarvik - Message")
+
+
 def test_show_on_map_and_view_route(bindir):
     """"Show on map" opens the position map, whose controls come once tiles have loaded,
     and Back returns to the inbox; "View route" takes the own position from the GPS,
@@ -117,17 +129,7 @@ def test_show_on_map_and_view_route(bindir):
                         "TARVIK_NMEA_SOURCE": nmea}
         s.launch()
         s.wait_title("tarvik")
-        s.click(s.find("list item", "Inbox"))
-        s.wait_title("tarvik - Inbox")
-        subprocess.run(["dbus-send", "--session", "--print-reply",
-                        "--dest=com.qel.tarvikdaemon", "/com/qel/tarviksim",
-                        "com.qel.TarvikSimControl.DeliverNow", "int32:1"],
-                       env=s.env, check=True, capture_output=True)
-        entry = s.find("list item", "Aino, Here")
-        s.tap_away("label", "New tarviks received")
-
-        s.click(entry, double=True)
-        s.wait_title("tarvik - Message")
+        open_delivered(s, "Aino, Here")
         s.click(s.find("push button", "Show on map"))
         s.wait_title("tarvik - Map", 30)
         s.find("push button", "Zoom in", timeout=30)
