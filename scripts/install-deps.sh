@@ -26,6 +26,7 @@ PACKAGES=(
   at-spi2-core python3-pyatspi gir1.2-atspi-2.0 python3-gi dunst
   reuse debhelper lintian
   fonts-dejavu-core
+  libstrophe-dev libsecret-1-dev prosody python3-slixmpp openssl
 )
 
 missing=()
