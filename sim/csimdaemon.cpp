@@ -4,22 +4,13 @@
 #include "csimdaemon.h"
 
 #include <QCoreApplication>
-#include <QDBusConnectionInterface>
 #include <QDBusError>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusServiceWatcher>
 #include <QDebug>
 
 #include "csimcontrol.h"
 
 namespace Dravo {
 
-const QString CSimDaemon::serviceName = QStringLiteral("com.qel.tarvikdaemon");
-const QString CSimDaemon::objectPath = QStringLiteral("/com/qel/tarvikdaemon");
-const QString CSimDaemon::clientService = QStringLiteral("com.qel.tarvik");
-const QString CSimDaemon::clientPath = QStringLiteral("/com/qel/tarvik");
-const QString CSimDaemon::clientInterface = QStringLiteral("com.qel.TarvikClient");
 const QString CSimDaemon::controlPath = QStringLiteral("/com/qel/tarviksim");
 
 namespace {
@@ -34,18 +25,15 @@ void complain(const QString& text)
     qWarning().noquote() << QStringLiteral("tarvik-simd: ") + text;
 }
 
-// How long a call to the client may take before it counts as lost.
-const int kClientCallTimeoutMs = 5000;
-
 }  // namespace
 
 CSimDaemon::CSimDaemon(const CSimOptions& options, const QDBusConnection& bus, QObject* parent)
     : QObject(parent),
       m_options(options),
       m_bus(bus),
+      m_pBus(new CDaemonBus(QStringLiteral("tarvik-simd"), bus, this)),
       m_script(options.m_uSeed),
       m_pControl(nullptr),
-      m_bClientStarted(false),
       m_bPaused(false),
       m_bStopped(false)
 {
@@ -54,15 +42,24 @@ CSimDaemon::CSimDaemon(const CSimOptions& options, const QDBusConnection& bus, Q
     connect(&m_requestTimer, &QTimer::timeout, this, &CSimDaemon::onRequestTimerTimeout);
     m_pollTimer.setInterval(m_options.m_iPollSeconds * 1000);
     connect(&m_pollTimer, &QTimer::timeout, this, &CSimDaemon::onPollTimeout);
-    m_busCheckTimer.setInterval(1000);
-    connect(&m_busCheckTimer, &QTimer::timeout, this, &CSimDaemon::onBusCheckTimeout);
+    connect(m_pBus, &CDaemonBus::sendReceiveRequested, this, &CSimDaemon::onSendReceiveRequest);
+    connect(m_pBus, &CDaemonBus::checkConnectionRequested, this,
+            &CSimDaemon::onCheckConnectionRequest);
+    connect(m_pBus, &CDaemonBus::registrationRequested, this, &CSimDaemon::onRegistrationRequest);
+    connect(m_pBus, &CDaemonBus::clientStarted, this, &CSimDaemon::onClientStarted);
+    connect(m_pBus, &CDaemonBus::pauseRequested, this, &CSimDaemon::onPause);
+    connect(m_pBus, &CDaemonBus::resumeRequested, this, &CSimDaemon::onResume);
+    connect(m_pBus, &CDaemonBus::startRequested, this, &CSimDaemon::onStart);
+    connect(m_pBus, &CDaemonBus::stopRequested, this, &CSimDaemon::onStop);
+    connect(m_pBus, &CDaemonBus::busLost, this, []() {
+        qCritical() << "tarvik-simd: lost the session bus; exiting";
+        QCoreApplication::exit(3);
+    });
 }
 
 CSimDaemon::~CSimDaemon()
 {
-    if (m_bus.isConnected()) {
-        m_bus.unregisterService(serviceName);
-        m_bus.unregisterObject(objectPath);
+    if (m_pControl && m_bus.isConnected()) {
         m_bus.unregisterObject(controlPath);
     }
 }
@@ -88,67 +85,19 @@ bool CSimDaemon::start(QString* pError)
 
     prepareDatabase();
 
-    if (!m_bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableSlots)) {
-        if (pError) {
-            *pError = QStringLiteral("cannot register %1: %2")
-                          .arg(objectPath, m_bus.lastError().message());
-        }
-        return false;
-    }
     m_pControl = new CSimControl(this);
     if (!m_bus.registerObject(controlPath, m_pControl, QDBusConnection::ExportScriptableSlots)) {
         complain(QStringLiteral("cannot register %1; DeliverNow and OpenInbox are not available")
                      .arg(controlPath));
     }
-
-    // Listen before taking the name, so nothing sent after "ready" is missed.
-    const struct
-    {
-        const char* signal;
-        const char* slot;
-    } signalMap[] = {
-        {"SendReceiveRequest", SLOT(onSendReceiveRequest())},
-        {"CheckConnectionRequest", SLOT(onCheckConnectionRequest())},
-        {"RegistrationRequest", SLOT(onRegistrationRequest())},
-        {"ApplicationStarted", SLOT(onApplicationStarted())},
-        {"ApplicationClosed", SLOT(onApplicationClosed())},
-    };
-    for (const auto& entry : signalMap) {
-        if (!m_bus.connect(QString(), clientPath, clientInterface, QLatin1String(entry.signal),
-                           this, entry.slot)) {
-            complain(QStringLiteral("cannot listen to %1: %2")
-                         .arg(QLatin1String(entry.signal), m_bus.lastError().message()));
-        }
-    }
-    auto* watcher = new QDBusServiceWatcher(clientService, m_bus,
-                                            QDBusServiceWatcher::WatchForUnregistration, this);
-    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this,
-            &CSimDaemon::onClientUnregistered);
-
-    QDBusConnectionInterface* busInterface = m_bus.interface();
-    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
-        busInterface
-            ? busInterface->registerService(serviceName, QDBusConnectionInterface::DontQueueService,
-                                            QDBusConnectionInterface::DontAllowReplacement)
-            : QDBusReply<QDBusConnectionInterface::RegisterServiceReply>();
-    if (!reply.isValid() || reply.value() != QDBusConnectionInterface::ServiceRegistered) {
-        if (pError) {
-            *pError =
-                reply.isValid()
-                    ? QStringLiteral("%1 is already owned by another process").arg(serviceName)
-                    : QStringLiteral("cannot own %1: %2").arg(serviceName, reply.error().message());
-        }
+    if (!m_pBus->start(pError)) {
         return false;
-    }
-    if (busInterface->isServiceRegistered(clientService)) {
-        say(QStringLiteral("the client is already on the bus"));
     }
 
     updatePollTimer();
-    m_busCheckTimer.start();
     say(QStringLiteral("serving %1 (register: %2, send: %3, delay %4 ms, %5 incoming per "
                        "send/receive)")
-            .arg(serviceName, CSimOptions::registerModeName(m_options.m_eRegisterMode),
+            .arg(CDaemonBus::serviceName, CSimOptions::registerModeName(m_options.m_eRegisterMode),
                  CSimOptions::sendModeName(m_options.m_eSendMode))
             .arg(m_options.m_iDelayMs)
             .arg(m_options.m_iIncoming));
@@ -203,29 +152,15 @@ void CSimDaemon::prepareDatabase()
     }
 }
 
-bool CSimDaemon::IsClientStarted()
+void CSimDaemon::onPause()
 {
-    say(QStringLiteral("<- IsClientStarted: %1")
-            .arg(m_bClientStarted ? QStringLiteral("true") : QStringLiteral("false")));
-    return m_bClientStarted;
-}
-
-void CSimDaemon::OnClientStarted()
-{
-    clientStarted("OnClientStarted");
-}
-
-void CSimDaemon::Pause()
-{
-    say(QStringLiteral("<- Pause"));
     m_bPaused = true;
     m_requestTimer.stop();
     updatePollTimer();
 }
 
-void CSimDaemon::Resume()
+void CSimDaemon::onResume()
 {
-    say(QStringLiteral("<- Resume"));
     m_bPaused = false;
     if (!m_lstQueue.isEmpty() && !m_requestTimer.isActive()) {
         m_requestTimer.start();
@@ -233,16 +168,14 @@ void CSimDaemon::Resume()
     updatePollTimer();
 }
 
-void CSimDaemon::Start()
+void CSimDaemon::onStart()
 {
-    say(QStringLiteral("<- Start"));
     m_bStopped = false;
     updatePollTimer();
 }
 
-void CSimDaemon::Stop()
+void CSimDaemon::onStop()
 {
-    say(QStringLiteral("<- Stop"));
     m_bStopped = true;
     if (!m_lstQueue.isEmpty()) {
         say(QStringLiteral("%1 pending requests dropped").arg(m_lstQueue.size()));
@@ -267,30 +200,8 @@ void CSimDaemon::onRegistrationRequest()
     request(eRequestRegistration, "RegistrationRequest");
 }
 
-void CSimDaemon::onApplicationStarted()
+void CSimDaemon::onClientStarted(bool first)
 {
-    clientStarted("ApplicationStarted");
-}
-
-void CSimDaemon::onApplicationClosed()
-{
-    say(QStringLiteral("<- ApplicationClosed"));
-    m_bClientStarted = false;
-}
-
-void CSimDaemon::onClientUnregistered(const QString& service)
-{
-    if (m_bClientStarted) {
-        say(QStringLiteral("%1 left the bus").arg(service));
-    }
-    m_bClientStarted = false;
-}
-
-void CSimDaemon::clientStarted(const char* how)
-{
-    say(QStringLiteral("<- %1").arg(QLatin1String(how)));
-    const bool first = !m_bClientStarted;
-    m_bClientStarted = true;
     if (first && m_options.m_iOpenInboxAfterMs >= 0) {
         QTimer::singleShot(m_options.m_iOpenInboxAfterMs, this, &CSimDaemon::openInbox);
     }
@@ -488,30 +399,9 @@ void CSimDaemon::updatePollTimer()
     }
 }
 
-void CSimDaemon::onBusCheckTimeout()
-{
-    if (!m_bus.isConnected()) {
-        m_busCheckTimer.stop();
-        qCritical() << "tarvik-simd: lost the session bus; exiting";
-        QCoreApplication::exit(3);
-    }
-}
-
 void CSimDaemon::callClient(const QString& method)
 {
-    say(QStringLiteral("-> %1").arg(method));
-    const QDBusMessage message =
-        QDBusMessage::createMethodCall(clientService, clientPath, clientInterface, method);
-    auto* watcher =
-        new QDBusPendingCallWatcher(m_bus.asyncCall(message, kClientCallTimeoutMs), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [method](QDBusPendingCallWatcher* pWatcher) {
-                if (pWatcher->isError()) {
-                    complain(QStringLiteral("%1 did not reach the client: %2")
-                                 .arg(method, pWatcher->error().message()));
-                }
-                pWatcher->deleteLater();
-            });
+    m_pBus->callClient(method);
 }
 
 }  // namespace Dravo

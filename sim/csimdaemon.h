@@ -8,28 +8,20 @@
 #include <QObject>
 #include <QTimer>
 
+#include "cdaemonbus.h"
 #include "cincomingscript.h"
 #include "csimoptions.h"
 #include "csimstore.h"
 
 namespace Dravo {
 
-// The daemon as the client sees it: owns "com.qel.tarvikdaemon", exports the six
-// methods of "com.qel.TarvikDaemon" on "/com/qel/tarvikdaemon", listens to the
-// client's five signals and answers them by calling the client's methods, working
-// on the shared database as the options say. Requests are answered after the
-// configured delay, one by one, in the order they came.
+// A stand-in daemon: answers the client's requests on the shared database as the options
+// say, after the configured delay, one by one, in the order they came.
 class CSimDaemon : public QObject
 {
     Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "com.qel.TarvikDaemon")
 public:
-    static const QString serviceName;      // "com.qel.tarvikdaemon"
-    static const QString objectPath;       // "/com/qel/tarvikdaemon"
-    static const QString clientService;    // "com.qel.tarvik"
-    static const QString clientPath;       // "/com/qel/tarvik"
-    static const QString clientInterface;  // "com.qel.TarvikClient"
-    static const QString controlPath;      // "/com/qel/tarviksim"
+    static const QString controlPath;  // "/com/qel/tarviksim"
 
     CSimDaemon(const CSimOptions& options, const QDBusConnection& bus, QObject* parent = nullptr);
     ~CSimDaemon() override;
@@ -45,23 +37,16 @@ public:
     // Asks the client to show its inbox.
     void openInbox();
 
-public Q_SLOTS:
-    Q_SCRIPTABLE bool IsClientStarted();
-    Q_SCRIPTABLE void OnClientStarted();
-    Q_SCRIPTABLE void Pause();
-    Q_SCRIPTABLE void Resume();
-    Q_SCRIPTABLE void Start();
-    Q_SCRIPTABLE void Stop();
-
 private Q_SLOTS:
     void onSendReceiveRequest();
     void onCheckConnectionRequest();
     void onRegistrationRequest();
-    void onApplicationStarted();
-    void onApplicationClosed();
-    void onClientUnregistered(const QString& service);
+    void onClientStarted(bool first);
+    void onPause();
+    void onResume();
+    void onStart();
+    void onStop();
     void onPollTimeout();
-    void onBusCheckTimeout();
     void onRequestTimerTimeout();
 
 private:
@@ -78,20 +63,18 @@ private:
     void doSendReceive();
     void doRegistration();
     int deliverAndNotify(const QList<CTarvik>& tarviks);
-    void clientStarted(const char* how);
     void callClient(const QString& method);
     void updatePollTimer();
 
     CSimOptions m_options;
     QDBusConnection m_bus;
+    CDaemonBus* m_pBus;
     CSimStore m_store;
     CIncomingScript m_script;
     QObject* m_pControl;
     QTimer m_pollTimer;
-    QTimer m_busCheckTimer;
     QTimer m_requestTimer;
     QList<eRequest> m_lstQueue;  // received, waiting for the delay (or for Resume)
-    bool m_bClientStarted;
     bool m_bPaused;
     bool m_bStopped;
 };

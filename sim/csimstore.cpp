@@ -4,7 +4,6 @@
 #include "csimstore.h"
 
 #include <QDebug>
-#include <QFile>
 #include <QUuid>
 #include <memory>
 
@@ -22,110 +21,7 @@ QString newGuid()
 
 }  // namespace
 
-CSimStore::CSimStore() : m_iConnection(0) {}
-
-QString CSimStore::databasePath()
-{
-    return CTarvikStorage::databasePath();
-}
-
-bool CSimStore::databaseExists()
-{
-    return QFile::exists(databasePath());
-}
-
-CTarvikStorage* CSimStore::open(QString* pError)
-{
-    if (!databaseExists()) {
-        if (pError) {
-            *pError = QStringLiteral("no database at %1 (the client creates it when it starts)")
-                          .arg(databasePath());
-        }
-        return nullptr;
-    }
-    CTarvikStorage::initResources();
-    auto* storage = new CTarvikStorage(QStringLiteral("tarvik_simd_%1").arg(++m_iConnection));
-    if (!storage->isOpen()) {
-        if (pError) {
-            *pError = QStringLiteral("cannot open the database %1").arg(databasePath());
-        }
-        delete storage;
-        return nullptr;
-    }
-    return storage;
-}
-
-bool CSimStore::ensureDatabase(QString* pError)
-{
-    if (!databaseExists()) {
-        CTarvikStorage::initResources();
-        // Constructing a storage copies the template into place.
-        CTarvikStorage storage(QStringLiteral("tarvik_simd_create"));
-        if (!storage.isOpen()) {
-            if (pError) {
-                *pError = QStringLiteral("cannot create the database %1").arg(databasePath());
-            }
-            return false;
-        }
-    }
-    CTSettings settings;
-    return readSettings(settings, pError);
-}
-
-bool CSimStore::readSettings(CTSettings& settings, QString* pError)
-{
-    std::unique_ptr<CTarvikStorage> storage(open(pError));
-    if (!storage) {
-        return false;
-    }
-    if (!storage->getSettings(settings)) {
-        if (pError) {
-            *pError = QStringLiteral(
-                          "cannot read the settings from %1 (damaged or not a tarvik "
-                          "database?)")
-                          .arg(databasePath());
-        }
-        return false;
-    }
-    return true;
-}
-
-bool CSimStore::setRegistered(bool registered, QString* pError)
-{
-    std::unique_ptr<CTarvikStorage> storage(open(pError));
-    if (!storage) {
-        return false;
-    }
-    CTSettings settings;
-    settings.setRegflag(registered ? 1 : 0);
-    if (!storage->saveSettings(settings, CTSettings::eMaskRegflag)) {
-        if (pError) {
-            *pError = QStringLiteral("cannot write regflag to %1").arg(databasePath());
-        }
-        return false;
-    }
-    return true;
-}
-
-bool CSimStore::registerAccount(const QString& number, const QString& screenname, QString* pError)
-{
-    std::unique_ptr<CTarvikStorage> storage(open(pError));
-    if (!storage) {
-        return false;
-    }
-    CTSettings settings;
-    settings.setMynumber(number);
-    settings.setScreenname(screenname);
-    settings.setRegflag(1);
-    if (!storage->saveSettings(settings, CTSettings::eMaskScreenname | CTSettings::eMaskMynumber |
-                                             CTSettings::eMaskRegflag)) {
-        if (pError) {
-            *pError = QStringLiteral("cannot write the account to %1").arg(databasePath());
-        }
-        return false;
-    }
-    return true;
-}
+CSimStore::CSimStore() : CDaemonStore(QStringLiteral("tarvik_simd")) {}
 
 CSimStore::CSendResult CSimStore::sendOutbox(CSimOptions::eSendMode mode, const QString& ownNumber)
 {
@@ -198,31 +94,6 @@ CSimStore::CSendResult CSimStore::sendOutbox(CSimOptions::eSendMode mode, const 
     return result;
 }
 
-int CSimStore::deliver(const QList<CTarvik>& tarviks, QString* pError)
-{
-    if (tarviks.isEmpty()) {
-        return 0;
-    }
-    std::unique_ptr<CTarvikStorage> storage(open(pError));
-    if (!storage) {
-        return 0;
-    }
-    int stored = 0;
-    for (const CTarvik& tarvik : tarviks) {
-        int tid = -1;
-        if (storage->saveTarvik(tarvik, CTarvikStorage::eFolderInbox, tid)) {
-            ++stored;
-        }
-    }
-    if (stored < tarviks.size() && pError) {
-        *pError = QStringLiteral("%1 of %2 messages could not be stored in the inbox of %3")
-                      .arg(tarviks.size() - stored)
-                      .arg(tarviks.size())
-                      .arg(databasePath());
-    }
-    return stored;
-}
-
 int CSimStore::seedDemo(const QString& ownNumber, const QString& screenname, QString* pError)
 {
     std::unique_ptr<CTarvikStorage> storage(open(pError));
@@ -284,41 +155,6 @@ int CSimStore::seedDemo(const QString& ownNumber, const QString& screenname, QSt
                      QStringLiteral("Table for four at eight, near the harbour. Are you in?"),
                      entries.at(0), 40 * 60, 0)});
     return written;
-}
-
-QString CSimStore::normalizedAddress(const QString& address)
-{
-    const QString trimmed = address.trimmed();
-    if (trimmed.contains(QLatin1Char('@'))) {
-        return trimmed.toLower();
-    }
-    QString digits;
-    for (const QChar c : trimmed) {
-        if (c.isDigit()) {
-            digits.append(c);
-        } else if (c == QLatin1Char('+') && digits.isEmpty()) {
-            digits.append(c);
-        }
-    }
-    if (digits.startsWith(QStringLiteral("00"))) {
-        digits.replace(0, 2, QStringLiteral("+"));
-    }
-    return digits;
-}
-
-bool CSimStore::isAddressedTo(const QString& to, const QString& ownNumber)
-{
-    const QString own = normalizedAddress(ownNumber);
-    if (own.isEmpty() || own == QStringLiteral("+")) {
-        return false;
-    }
-    const QStringList recipients = to.split(QLatin1Char(','), Qt::SkipEmptyParts);
-    for (const QString& recipient : recipients) {
-        if (normalizedAddress(recipient) == own) {
-            return true;
-        }
-    }
-    return false;
 }
 
 }  // namespace Dravo

@@ -1067,9 +1067,13 @@ bool CTarvikStorage::removeTarviks(const QList<int>& tids, eFolderName folder)
         qWarning() << "CTarvikStorage::removeTarviks the tids list is empty";
         return false;
     }
+    // One transaction for the list: one journal sync, and the daemon's removal of many sent
+    // messages is seen by the client all at once.
+    QMutexLocker locker(&localMutex);
+    const bool batched = m_pDatabase->transaction();
     bool result = true;
     for (int i = 0; i < tids.size(); ++i) {
-        if (!removeTarvik(tids.at(i), folder)) {
+        if (!removeTarvikLocked(tids.at(i), folder)) {
             qWarning().noquote()
                 << QStringLiteral(
                        "CTarvikStorage::removeTarviks i=%1 tid=%2 failed to remove tarvik")
@@ -1077,6 +1081,12 @@ bool CTarvikStorage::removeTarviks(const QList<int>& tids, eFolderName folder)
                        .arg(tids.at(i));
             result = false;
         }
+    }
+    if (batched && !m_pDatabase->commit()) {
+        qWarning().noquote() << "CTarvikStorage::removeTarviks failed to commit: " +
+                                    m_pDatabase->lastError().text();
+        m_pDatabase->rollback();
+        result = false;
     }
     return result;
 }
