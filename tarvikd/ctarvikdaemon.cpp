@@ -494,7 +494,8 @@ void CTarvikDaemon::beginSendJob()
 void CTarvikDaemon::transmitJob()
 {
     m_job.m_uBatch = ++m_uNextBatch;
-    m_jobTimer.stop();
+    // A server that takes the stanzas and never answers is as good as none.
+    m_jobTimer.start(connectWaitMs);
     QMetaObject::invokeMethod(m_pXmpp, "send", Qt::QueuedConnection, Q_ARG(quint64, m_job.m_uBatch),
                               Q_ARG(QStringList, m_job.m_lstStanzas));
 }
@@ -525,10 +526,19 @@ void CTarvikDaemon::onSendFinished(quint64 batch, bool confirmed)
 
 void CTarvikDaemon::onJobTimeout()
 {
-    if (m_job.m_bActive && m_job.m_uBatch == 0) {
-        complain(QStringLiteral("no session within %1 s").arg(connectWaitMs / 1000));
-        finishJob(false);
+    if (!m_job.m_bActive) {
+        return;
     }
+    if (m_job.m_uBatch == 0) {
+        complain(QStringLiteral("no session within %1 s").arg(connectWaitMs / 1000));
+    } else {
+        complain(QStringLiteral("the server did not confirm within %1 s; starting a new session")
+                     .arg(connectWaitMs / 1000));
+        // Whatever it confirms later belongs to a session we no longer trust.
+        goOffline();
+        scheduleReconnect();
+    }
+    finishJob(false);
 }
 
 void CTarvikDaemon::finishJob(bool confirmed)

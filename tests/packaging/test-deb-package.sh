@@ -38,10 +38,10 @@ done
 # A run that was killed half-way leaves its stamp; what it installed is purged first.
 stamp=$work/installed-by-test
 if [ -e "$stamp" ]; then
-  apt_get purge tarvik tarvik-simd >/dev/null 2>&1 || true
+  apt_get purge tarvik tarvikd tarvik-simd >/dev/null 2>&1 || true
   rm -f "$stamp"
 fi
-for p in tarvik tarvik-simd; do
+for p in tarvik tarvikd tarvik-simd; do
   if dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed'; then
     skip "$p is already installed on this machine; not replacing it"
   fi
@@ -74,7 +74,8 @@ start=$(date +%s)
 }
 say "built in $(($(date +%s) - start)) s"
 changes=$work/tarvik_${version}_${arch}.changes
-debs=("$work/tarvik_${version}_${arch}.deb" "$work/tarvik-simd_${version}_${arch}.deb")
+debs=("$work/tarvik_${version}_${arch}.deb" "$work/tarvik-simd_${version}_${arch}.deb"
+  "$work/tarvikd_${version}_${arch}.deb")
 for d in "${debs[@]}"; do
   [ -s "$d" ] || fail "not built: $d"
   say "$(basename "$d"): $(stat -c %s "$d") bytes, installed size $(dpkg-deb -f "$d" Installed-Size) KiB"
@@ -93,8 +94,9 @@ dpkg-deb -f "${debs[0]}" Depends | grep -q 'libqt6widgets6' ||
 
 cleanup() {
   if dpkg-query -W -f='${Status}' tarvik 2>/dev/null | grep -q installed ||
-    dpkg-query -W -f='${Status}' tarvik-simd 2>/dev/null | grep -q installed; then
-    apt_get purge tarvik tarvik-simd >/dev/null 2>&1 &&
+    dpkg-query -W -f='${Status}' tarvik-simd 2>/dev/null | grep -q installed ||
+    dpkg-query -W -f='${Status}' tarvikd 2>/dev/null | grep -q installed; then
+    apt_get purge tarvik tarvikd tarvik-simd >/dev/null 2>&1 &&
       rm -f "$stamp"
   fi
   for p in "${pids[@]}"; do kill "$p" 2>/dev/null || true; done
@@ -207,11 +209,11 @@ done
 say "D-Bus activation starts /usr/bin/tarvik"
 
 say "purging"
-apt_get purge tarvik tarvik-simd >"$work/purge.log" 2>&1 || {
+apt_get purge tarvik tarvikd tarvik-simd >"$work/purge.log" 2>&1 || {
   cat "$work/purge.log" >&2
   fail "apt-get purge failed"
 }
-for p in tarvik tarvik-simd; do
+for p in tarvik tarvikd tarvik-simd; do
   state=$(dpkg-query -W -f='${db:Status-Abbrev}' "$p" 2>/dev/null || true)
   case "$state" in
     "" | un* | pn*) ;;

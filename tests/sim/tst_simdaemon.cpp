@@ -6,13 +6,13 @@
 // records the calls it receives and looks into the shared database.
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusContext>
 #include <QDBusInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QFile>
 #include <QTest>
 
+#include "cclientrecorder.h"
 #include "cprivatebus.h"
 #include "ctarvikstorage.h"
 #include "storagefixture.h"
@@ -29,36 +29,13 @@ const QString kClientInterface = QStringLiteral("com.qel.TarvikClient");
 
 }  // namespace
 
-// The client's daemon-facing methods, each recorded by name.
-class CClientRecorder : public QObject, protected QDBusContext
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "com.qel.TarvikClient")
-public:
-    QStringList m_lstCalls;
-
-public Q_SLOTS:
-    Q_SCRIPTABLE void OpenInbox() { record(); }
-    Q_SCRIPTABLE void OnMessagesReceived() { record(); }
-    Q_SCRIPTABLE void OnMessagesSent() { record(); }
-    Q_SCRIPTABLE void OnMessagesPartiallySent() { record(); }
-    Q_SCRIPTABLE void OnMessagesSendFailed() { record(); }
-    Q_SCRIPTABLE void OnRegistrationSucceed() { record(); }
-    Q_SCRIPTABLE void OnRegistrationFailed() { record(); }
-    Q_SCRIPTABLE void OnConnectionCheckSucceed() { record(); }
-    Q_SCRIPTABLE void OnConnectionCheckFailed() { record(); }
-
-private:
-    void record() { m_lstCalls << message().member(); }
-};
-
 class SimDaemonTest : public QObject
 {
     Q_OBJECT
 
 private:
     Test::CPrivateBuses m_buses;
-    CClientRecorder m_client;
+    Test::CClientRecorder m_client;
     QScopedPointer<Test::CScopedHome> m_pHome;
     QScopedPointer<Test::CHelperProcess> m_pSim;
 

@@ -1,0 +1,401 @@
+// SPDX-FileCopyrightText: 2026 The tarvik authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// tarvikd against a real prosody on loopback: users with their own home, bus and daemon,
+// the client played by a recorder on each bus, and an XMPP client that is not ours.
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+#include "cxmppfixture.h"
+
+using namespace Dravo;
+using namespace Dravo::Test;
+
+class XmppDaemonTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    CLocalServer m_server;
+    int m_iNextNumber = 0;
+
+    // A user with a number nobody has used on this server yet, registered when asked.
+    CXmppUser* newUser(const QString& name, bool registered = true, const QString& caFile = {});
+    // Waits until `user`'s inbox holds `count` messages; the last is a marker sent after
+    // everything else, so a copy of an earlier one would have arrived before it.
+    static bool waitForInbox(CXmppUser& user, int count, int timeoutMs = 20000);
+    // The inbox's titles, sorted.
+    static QStringList titles(const CXmppUser& user);
+    static void sendAndWait(CXmppUser& user, const QString& outcome);
+    void foreignSend(const QString& to, const QString& stanzaOrBody, bool raw);
+
+private Q_SLOTS:
+    void initTestCase();
+    void exchangeBothWays();
+    void registration_data();
+    void registration();
+    void offlineRecipientGetsItOnce();
+    void serverFailsDuringSend_data();
+    void serverFailsDuringSend();
+    void outboxRewrittenDuringSend();
+    void foreignClients();
+    void hostileStanzas();
+};
+
+CXmppUser* XmppDaemonTest::newUser(const QString& name, bool registered, const QString& caFile)
+{
+    auto* user =
+        new CXmppUser(QStringLiteral("+372 5%1 %2")
+                          .arg(QCoreApplication::applicationPid() % 10000, 4, 10, QLatin1Char('0'))
+                          .arg(++m_iNextNumber, 3, 10, QLatin1Char('0')),
+                      name);
+    if (!user->start(m_server, caFile)) {
+        qWarning() << "the user's daemon did not start";
+        return user;
+    }
+    if (registered) {
+        const QString verdict = user->registerAccount();
+        if (verdict != QLatin1String("OnRegistrationSucceed")) {
+            qWarning().noquote() << "registration: " + verdict + "\n" + user->daemonLog();
+        }
+    }
+    return user;
+}
+
+bool XmppDaemonTest::waitForInbox(CXmppUser& user, int count, int timeoutMs)
+{
+    return QTest::qWaitFor(
+        [&]() { return user.folder(CTarvikStorage::eFolderInbox).size() >= count; }, timeoutMs);
+}
+
+QStringList XmppDaemonTest::titles(const CXmppUser& user)
+{
+    QStringList result;
+    for (const CTarvik& tarvik : user.folder(CTarvikStorage::eFolderInbox)) {
+        result << tarvik.title();
+    }
+    result.sort();
+    return result;
+}
+
+void XmppDaemonTest::sendAndWait(CXmppUser& user, const QString& outcome)
+{
+    const int before = user.calls().count(outcome);
+    user.emitSignal(QStringLiteral("SendReceiveRequest"));
+    QVERIFY2(user.waitForCall(outcome, before + 1, 40000),
+             qPrintable(user.calls().join(' ') + "\n" + user.daemonLog()));
+}
+
+void XmppDaemonTest::initTestCase()
+{
+    QVERIFY(QFileInfo::exists(binaryPath(QStringLiteral("tarvikd"))));
+    QVERIFY2(m_server.start(), qPrintable(m_server.errorString()));
+    QVERIFY(m_server.addAccount(QStringLiteral("stranger"), QStringLiteral("stranger-pw")));
+}
+
+void XmppDaemonTest::exchangeBothWays()
+{
+    QScopedPointer<CXmppUser> alice(newUser(QStringLiteral("Alice")));
+    QScopedPointer<CXmppUser> bob(newUser(QStringLiteral("Bob")));
+    // To a number as people write it, and back to a plain XMPP address.
+    const CTarvik toBob = alice->message(bob->number(), QStringLiteral("<b>Hi</b> & \"you\""));
+    const CTarvik toAlice = bob->message(alice->jid(m_server), QStringLiteral("Right back"));
+    alice->queue(toBob);
+    bob->queue(toAlice);
+    sendAndWait(*alice, QStringLiteral("OnMessagesSent"));
+    sendAndWait(*bob, QStringLiteral("OnMessagesSent"));
+    QVERIFY(waitForInbox(*bob, 1));
+    QVERIFY(waitForInbox(*alice, 1));
+    QVERIFY(bob->waitForCall(QStringLiteral("OnMessagesReceived")));
+
+    const struct
+    {
+        CXmppUser* sender;
+        CXmppUser* receiver;
+        CTarvik sent;
+    } cases[] = {{alice.data(), bob.data(), toBob}, {bob.data(), alice.data(), toAlice}};
+    for (const auto& c : cases) {
+        const QList<CTarvik> inbox = c.receiver->folder(CTarvikStorage::eFolderInbox);
+        QCOMPARE(inbox.size(), 1);
+        const CTarvik& got = inbox.first();
+        QString digits = c.sender->number();
+        digits.remove(QLatin1Char(' '));
+        QCOMPARE(got.from(), digits);
+        QCOMPARE(got.to(), c.sent.to());
+        QCOMPARE(got.dateTime(), c.sent.dateTime());
+        QCOMPARE(got.tz(), c.sent.tz());
+        QCOMPARE(got.title(), c.sent.title());
+        QCOMPARE(got.note(), c.sent.note());
+        QCOMPARE(got.latitude(), c.sent.latitude());
+        QCOMPARE(got.longitude(), c.sent.longitude());
+        QCOMPARE(got.screenname(), c.sent.screenname());
+        QCOMPARE(got.address(), c.sent.address());
+        QCOMPARE(got.type(), c.sent.type());
+        QCOMPARE(got.typedesc(), c.sent.typedesc());
+        QCOMPARE(got.image(), c.sent.image());
+        QCOMPARE(got.priority(), c.sent.priority());
+        QCOMPARE(got.color(), c.sent.color());
+        QCOMPARE(got.country(), c.sent.country());
+        QCOMPARE(got.carrier(), c.sent.carrier());
+        QCOMPARE(got.version(), c.sent.version());
+        QCOMPARE(got.flag(), 1);
+        QVERIFY2(got.reg().isEmpty(), "the handset's IMEI stays at home");
+        // The sender keeps every field in its sent folder, under the id that went out.
+        QVERIFY(c.sender->folder(CTarvikStorage::eFolderOutbox).isEmpty());
+        const QList<CTarvik> sent = c.sender->folder(CTarvikStorage::eFolderSent);
+        QCOMPARE(sent.size(), 1);
+        QCOMPARE(sent.first().reg(), c.sent.reg());
+        QCOMPARE(sent.first().title(), c.sent.title());
+        QCOMPARE(sent.first().guid(), got.guid());
+    }
+}
+
+void XmppDaemonTest::registration_data()
+{
+    QTest::addColumn<QString>("setup");
+    QTest::addColumn<QString>("verdict");
+    QTest::addColumn<int>("regflag");
+    QTest::newRow("a new number") << "new"
+                                  << "OnRegistrationSucceed" << 1;
+    QTest::newRow("the number is taken") << "taken"
+                                         << "OnRegistrationFailed" << 0;
+    QTest::newRow("not a number") << "letters"
+                                  << "OnRegistrationFailed" << 0;
+    QTest::newRow("again, with the kept password") << "again"
+                                                   << "OnRegistrationSucceed" << 1;
+    QTest::newRow("a certificate we do not trust") << "certificate"
+                                                   << "OnRegistrationFailed" << 0;
+}
+
+void XmppDaemonTest::registration()
+{
+    QFETCH(QString, setup);
+    QFETCH(QString, verdict);
+    QFETCH(int, regflag);
+    const QString caFile = setup == QLatin1String("certificate")
+                               ? QStringLiteral("/etc/ssl/certs/ca-certificates.crt")
+                               : QString();
+    QScopedPointer<CXmppUser> user(newUser(QStringLiteral("Reg"), false, caFile));
+    if (setup == QLatin1String("taken")) {
+        QString digits = user->number();
+        digits.remove(QRegularExpression(QStringLiteral("[^0-9]")));
+        QVERIFY(m_server.addAccount(digits, QStringLiteral("someone-elses")));
+    }
+    if (setup == QLatin1String("again")) {
+        QCOMPARE(user->registerAccount(), QStringLiteral("OnRegistrationSucceed"));
+        user->stopDaemon();
+        QVERIFY(user->startDaemon());
+    }
+    CXmppUser* subject = user.data();
+    QScopedPointer<CXmppUser> letters;
+    if (setup == QLatin1String("letters")) {
+        letters.reset(new CXmppUser(QStringLiteral("call me"), QStringLiteral("Reg")));
+        QVERIFY(letters->start(m_server));
+        subject = letters.data();
+    }
+    QCOMPARE(subject->registerAccount(), verdict);
+    QCOMPARE(subject->settings().regflag(), regflag);
+    const QString log = subject->daemonLog();
+    const QFileInfo passwords(subject->home() + QStringLiteral("/.config/tarvik/tarvikd-accounts"));
+    if (regflag == 1) {
+        QVERIFY(passwords.exists());
+        const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                                          QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+        QCOMPARE(passwords.permissions() & (others | QFile::ReadOwner | QFile::WriteOwner),
+                 QFile::ReadOwner | QFile::WriteOwner);
+        QFile file(passwords.filePath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray password = file.readAll().trimmed().split(' ').last();
+        QVERIFY(password.size() >= 20);
+        QVERIFY2(!log.contains(QString::fromLatin1(password)), "the password is never logged");
+        QFile database(subject->home() + QStringLiteral("/.tarvik/tarvikdb.sqlite"));
+        QVERIFY(database.open(QIODevice::ReadOnly));
+        QVERIFY2(!database.readAll().contains(password), "the password stays out of the database");
+    }
+    if (setup == QLatin1String("certificate")) {
+        QVERIFY2(log.contains(QLatin1String("not trusted")), qPrintable(log));
+    }
+    if (setup == QLatin1String("again")) {
+        QVERIFY2(log.contains(QLatin1String("with the kept password")), qPrintable(log));
+    }
+}
+
+void XmppDaemonTest::offlineRecipientGetsItOnce()
+{
+    QScopedPointer<CXmppUser> alice(newUser(QStringLiteral("Alice")));
+    QScopedPointer<CXmppUser> bob(newUser(QStringLiteral("Bob")));
+    bob->stopDaemon();
+    alice->queue(alice->message(bob->number(), QStringLiteral("While you were out")));
+    sendAndWait(*alice, QStringLiteral("OnMessagesSent"));
+    QVERIFY(bob->startDaemon());
+    QVERIFY(waitForInbox(*bob, 1));
+    alice->queue(alice->message(bob->number(), QStringLiteral("Marker")));
+    sendAndWait(*alice, QStringLiteral("OnMessagesSent"));
+    QVERIFY(waitForInbox(*bob, 2));
+    QCOMPARE(titles(*bob),
+             (QStringList{QStringLiteral("Marker"), QStringLiteral("While you were out")}));
+}
+
+void XmppDaemonTest::serverFailsDuringSend_data()
+{
+    QTest::addColumn<bool>("killed");
+    QTest::newRow("killed before it answered") << true;
+    QTest::newRow("stopped") << false;
+}
+
+void XmppDaemonTest::serverFailsDuringSend()
+{
+    QFETCH(bool, killed);
+    QScopedPointer<CXmppUser> alice(newUser(QStringLiteral("Alice")));
+    QScopedPointer<CXmppUser> bob(newUser(QStringLiteral("Bob")));
+    alice->queue(alice->message(bob->number(), QStringLiteral("Through the storm")));
+    // The server takes the stanzas into its socket but handles none of them.
+    QVERIFY(m_server.pause(true));
+    alice->emitSignal(QStringLiteral("SendReceiveRequest"));
+    QVERIFY(QTest::qWaitFor(
+        [&]() { return alice->daemonLog().contains(QLatin1String("<- SendReceiveRequest")); }));
+    QTest::qWait(300);
+    if (killed) {
+        QVERIFY(m_server.kill());
+    } else {
+        QVERIFY(m_server.pause(false));
+        QVERIFY(m_server.stop());
+    }
+    // Either the server confirmed before it went, or the message waits in the outbox.
+    QVERIFY(QTest::qWaitFor(
+        [&]() {
+            return alice->calls().contains(QStringLiteral("OnMessagesSendFailed")) ||
+                   alice->calls().contains(QStringLiteral("OnMessagesSent"));
+        },
+        40000));
+    if (alice->calls().contains(QStringLiteral("OnMessagesSendFailed"))) {
+        const QList<CTarvik> outbox = alice->folder(CTarvikStorage::eFolderOutbox);
+        QCOMPARE(outbox.size(), 1);
+        QCOMPARE(outbox.first().flag(), 0);
+    } else {
+        QVERIFY(!killed);
+    }
+    QVERIFY(m_server.restart());
+    for (CXmppUser* user : {alice.data(), bob.data()}) {
+        user->emitSignal(QStringLiteral("CheckConnectionRequest"));
+        QVERIFY2(user->waitForCall(QStringLiteral("OnConnectionCheckSucceed"), 1, 30000),
+                 qPrintable(user->daemonLog()));
+    }
+    // The client queues the failed message again; a marker follows.
+    const QList<CTarvik> outbox = alice->folder(CTarvikStorage::eFolderOutbox);
+    for (const CTarvik& failed : outbox) {
+        alice->queue(failed);
+    }
+    alice->queue(alice->message(bob->number(), QStringLiteral("Marker")));
+    sendAndWait(*alice, QStringLiteral("OnMessagesSent"));
+    QVERIFY(waitForInbox(*bob, 2));
+    QCOMPARE(titles(*bob),
+             (QStringList{QStringLiteral("Marker"), QStringLiteral("Through the storm")}));
+}
+
+void XmppDaemonTest::outboxRewrittenDuringSend()
+{
+    QScopedPointer<CXmppUser> alice(newUser(QStringLiteral("Alice")));
+    QScopedPointer<CXmppUser> bob(newUser(QStringLiteral("Bob")));
+    alice->queue(alice->message(bob->number(), QStringLiteral("First")));
+    QVERIFY(m_server.pause(true));
+    alice->emitSignal(QStringLiteral("SendReceiveRequest"));
+    QVERIFY(QTest::qWaitFor(
+        [&]() { return alice->daemonLog().contains(QLatin1String("<- SendReceiveRequest")); }));
+    // Meanwhile the client sends another message: it reads the outbox, puts the new one
+    // first and saves the whole list again.
+    alice->queue(alice->message(bob->number(), QStringLiteral("Second")));
+    QVERIFY(m_server.pause(false));
+    QVERIFY(alice->waitForCall(QStringLiteral("OnMessagesSent")));
+    sendAndWait(*alice, QStringLiteral("OnMessagesSent"));
+    QVERIFY(waitForInbox(*bob, 2));
+    QTRY_VERIFY(alice->folder(CTarvikStorage::eFolderOutbox).isEmpty());
+    QCOMPARE(alice->folder(CTarvikStorage::eFolderSent).size(), 2);
+    QCOMPARE(bob->folder(CTarvikStorage::eFolderInbox).size(), 2);
+}
+
+void XmppDaemonTest::foreignSend(const QString& to, const QString& stanzaOrBody, bool raw)
+{
+    QVERIFY(runForeignClient(
+        m_server,
+        {QStringLiteral("send"), QStringLiteral("--jid"),
+         QStringLiteral("stranger@") + m_server.domain(), QStringLiteral("--password"),
+         QStringLiteral("stranger-pw"), QStringLiteral("--to"), to,
+         raw ? QStringLiteral("--raw-xml") : QStringLiteral("--body"), stanzaOrBody},
+        nullptr));
+}
+
+void XmppDaemonTest::foreignClients()
+{
+    QScopedPointer<CXmppUser> bob(newUser(QStringLiteral("Bob")));
+    // A mobile client shares a position as a bare geo: URI.
+    foreignSend(bob->jid(m_server), QStringLiteral("geo:59.4372,24.7454;u=12"), false);
+    QVERIFY(waitForInbox(*bob, 1));
+    const CTarvik got = bob->folder(CTarvikStorage::eFolderInbox).first();
+    QCOMPARE(got.from(), QStringLiteral("stranger@") + m_server.domain());
+    QCOMPARE(got.latitude(), 59.4372);
+    QCOMPARE(got.longitude(), 24.7454);
+    QVERIFY(got.title().isEmpty());
+    QVERIFY(bob->waitForCall(QStringLiteral("OnMessagesReceived")));
+
+    // And reads a tarvik as text with the URI on a line of its own.
+    CTarvik reply =
+        bob->message(QStringLiteral("stranger@") + m_server.domain(), QStringLiteral("Found you"));
+    bob->queue(reply);
+    sendAndWait(*bob, QStringLiteral("OnMessagesSent"));
+    QByteArray output;
+    QVERIFY(runForeignClient(
+        m_server,
+        {QStringLiteral("receive"), QStringLiteral("--jid"),
+         QStringLiteral("stranger@") + m_server.domain(), QStringLiteral("--password"),
+         QStringLiteral("stranger-pw"), QStringLiteral("--count"), QStringLiteral("1"),
+         QStringLiteral("--timeout"), QStringLiteral("15")},
+        &output));
+    const QJsonObject message =
+        QJsonDocument::fromJson(output.trimmed().split('\n').last()).object();
+    QCOMPARE(message.value(QStringLiteral("body")).toString(),
+             QStringLiteral("Found you\nMeet me at the tree\ngeo:59.4372155,24.7453688"));
+}
+
+void XmppDaemonTest::hostileStanzas()
+{
+    QScopedPointer<CXmppUser> bob(newUser(QStringLiteral("Bob")));
+    const QString to = bob->jid(m_server);
+    const QString huge = QString(70000, QLatin1Char('x'));
+    const QString stanzas[] = {
+        // Markup stays text.
+        QStringLiteral("<message type='chat' to='%1' id='m1'><body>&lt;script&gt;alert(1)"
+                       "&lt;/script&gt; geo:1.5,2.5</body></message>"),
+        // No position: not a tarvik.
+        QStringLiteral("<message type='chat' to='%1' id='m2'><body>just words</body></message>"),
+        // Out of range.
+        QStringLiteral("<message type='chat' to='%1' id='m3'><body>geo:91,20</body></message>"),
+        // Bigger than anything a tarvik needs.
+        QStringLiteral("<message type='chat' to='%1' id='m4'><body>geo:1,2 ") + huge +
+            QStringLiteral("</body></message>"),
+        // An error bounce.
+        QStringLiteral("<message type='error' to='%1' id='m5'><body>geo:1,2</body></message>"),
+        // The same id again: a copy.
+        QStringLiteral("<message type='chat' to='%1' id='m1'><body>&lt;script&gt;alert(1)"
+                       "&lt;/script&gt; geo:1.5,2.5</body></message>"),
+        // A marker after all of them.
+        QStringLiteral(
+            "<message type='chat' to='%1' id='m6'><body>Marker geo:3,4</body></message>"),
+    };
+    for (const QString& stanza : stanzas) {
+        foreignSend(to, stanza.arg(to), true);
+    }
+    QVERIFY(waitForInbox(*bob, 2));
+    QTRY_VERIFY(bob->daemonLog().contains(QLatin1String("dropped a repeat")));
+    QCOMPARE(titles(*bob),
+             (QStringList{QStringLiteral("<script>alert(1)</script>"), QStringLiteral("Marker")}));
+    const QString log = bob->daemonLog();
+    QVERIFY2(log.count(QLatin1String("dropped a message")) >= 3, qPrintable(log));
+    bob->emitSignal(QStringLiteral("CheckConnectionRequest"));
+    QVERIFY(bob->waitForCall(QStringLiteral("OnConnectionCheckSucceed")));
+}
+
+QTEST_GUILESS_MAIN(XmppDaemonTest)
+#include "tst_xmppdaemon.moc"
