@@ -64,9 +64,12 @@ def wait_for(predicate, timeout, what, interval=0.1):
 
 
 class Session:
-    def __init__(self, bindir, sim_args=None, home=None, client_env=None, start_client=True):
+    def __init__(self, bindir, sim_args=None, home=None, client_env=None, start_client=True,
+                 daemon="tarvik-simd", daemon_env=None):
         self.bindir = bindir
         self.sim_args = sim_args or []
+        self.daemon = daemon
+        self.daemon_env = daemon_env or {}
         self.client_env = client_env or {}
         self.start_client = start_client
         self.tmp = tempfile.mkdtemp(prefix="tarvik-atspi-")
@@ -168,10 +171,12 @@ class Session:
         # pyatspi finds the accessibility bus through these, so set them before import.
         os.environ.update({k: env[k] for k in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS",
                                                  "XDG_RUNTIME_DIR", "HOME")})
-        sim = self._spawn([os.path.join(self.bindir, "tarvik-simd")] + self.sim_args, env,
+        daemon_env = dict(env)
+        daemon_env.update(self.daemon_env)
+        sim = self._spawn([os.path.join(self.bindir, self.daemon)] + self.sim_args, daemon_env,
                           stdout=subprocess.PIPE)
         line = sim.stdout.readline().decode().strip()
-        check(line == "ready", "the simulator did not come up (said %r)" % line)
+        check(line == "ready", "%s did not come up (said %r)" % (self.daemon, line))
         if self.start_client:
             self.launch()
         return self

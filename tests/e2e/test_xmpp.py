@@ -1,0 +1,156 @@
+# SPDX-FileCopyrightText: 2026 The tarvik authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
+"""The real client on the real network: registration and a tarvik typed into the client,
+carried by tarvikd through a loopback prosody into another user's inbox, and that user's
+answer shown in the client's inbox. Driven through the accessibility bus."""
+
+import os
+import shutil
+import sqlite3
+import subprocess
+import sys
+import tempfile
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from tarvikui import Session, check, run, wait_for  # noqa: E402
+from test_compose import compose_and_send, label_shown, stamped_track, type_into  # noqa: E402
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+PROSODY = os.path.join(HERE, "..", "..", "tools", "xmpp", "localprosody.sh")
+OWN_NUMBER = "+37255501001"
+FRIEND_NUMBER = "+3725550102"
+
+
+class Server:
+    """A throwaway prosody for one test."""
+
+    def __init__(self):
+        self.dir = tempfile.mkdtemp(prefix="tarvik-prosody-")
+
+    def __enter__(self):
+        self.port = int(subprocess.run([PROSODY, "start", self.dir], capture_output=True,
+                                       text=True, check=True).stdout.split()[-1])
+        return self
+
+    def __exit__(self, *exc):
+        subprocess.run([PROSODY, "stop", self.dir], check=False)
+        shutil.rmtree(self.dir, ignore_errors=True)
+        return False
+
+    def env(self):
+        return {"TARVIK_XMPP_DOMAIN": "tarvik.localhost",
+                "TARVIK_XMPP_SERVER": "127.0.0.1:%d" % self.port,
+                "TARVIK_XMPP_CA_FILE": os.path.join(self.dir, "ca.pem")}
+
+
+class Friend:
+    """Another tarvik user: a daemon of its own on a bus of its own, no client."""
+
+    def __init__(self, bindir, server):
+        self.home = tempfile.mkdtemp(prefix="tarvik-friend-")
+        self.env = dict(os.environ, HOME=self.home,
+                        XDG_CONFIG_HOME=os.path.join(self.home, ".config"), **server.env())
+        out = subprocess.run(["dbus-daemon", "--session", "--fork", "--print-address=1",
+                              "--print-pid=1"], capture_output=True, text=True, check=True)
+        address, self.bus_pid = out.stdout.split()[:2]
+        self.env["DBUS_SESSION_BUS_ADDRESS"] = address
+        self.log = open(os.path.join(self.home, "tarvikd.log"), "wb")
+        self.daemon = subprocess.Popen([os.path.join(bindir, "tarvikd")], env=self.env,
+                                       stdout=subprocess.PIPE, stderr=self.log)
+        check(self.daemon.stdout.readline().strip() == b"ready", "the friend's daemon is up")
+        self.database = os.path.join(self.home, ".tarvik", "tarvikdb.sqlite")
+
+    def close(self):
+        self.daemon.terminate()
+        self.daemon.wait(10)
+        subprocess.run(["kill", self.bus_pid], check=False)
+        shutil.rmtree(self.home, ignore_errors=True)
+
+    def execute(self, sql, args=()):
+        con = sqlite3.connect(self.database, timeout=5)
+        try:
+            con.execute(sql, args)
+            con.commit()
+        finally:
+            con.close()
+
+    def rows(self, folder):
+        con = sqlite3.connect(self.database, timeout=5)
+        con.row_factory = sqlite3.Row
+        try:
+            return [dict(r) for r in con.execute("SELECT * FROM %s ORDER BY tid" % folder)]
+        finally:
+            con.close()
+
+    def signal(self, name):
+        subprocess.run(["dbus-send", "--session", "--type=signal", "/com/qel/tarvik",
+                        "com.qel.TarvikClient." + name], env=self.env, check=True)
+
+    def register(self):
+        self.execute("UPDATE settings SET value=? WHERE name='mynumber'", (FRIEND_NUMBER,))
+        self.execute("UPDATE settings SET value='Friend' WHERE name='screenname'")
+        self.signal("RegistrationRequest")
+        wait_for(lambda: dict((r[0], r[1]) for r in self._settings()).get("regflag") == "1",
+                 30, "the friend's registration")
+
+    def _settings(self):
+        con = sqlite3.connect(self.database, timeout=5)
+        try:
+            return con.execute("SELECT name, value FROM settings").fetchall()
+        finally:
+            con.close()
+
+
+def test_send_and_answer_over_xmpp(bindir):
+    """Register through the form, send to a friend by number; the friend's inbox gets the
+    tarvik with its texts and position, and the friend's answer lands in the client's
+    inbox, announced by the popup."""
+    tmp = tempfile.mkdtemp(prefix="tarvik-nmea-")
+    track, fix = stamped_track(tmp)
+    with Server() as server:
+        friend = Friend(bindir, server)
+        try:
+            friend.register()
+            with Session(bindir, daemon="tarvikd", daemon_env=server.env(),
+                         client_env={"TARVIK_NMEA_SOURCE": track}) as s:
+                s.wait_title("tarvik")
+                type_into(s, "What's your phone number?", OWN_NUMBER)
+                type_into(s, "What's your screen name?", "Ann")
+                s.click(s.find("push button", "Continue"))
+                s.find("list item", "Send a tarvik", timeout=60)
+                wait_for(lambda: not s.all("push button", "Continue"), 10, "the form to close")
+                settings = dict(sqlite3.connect(s.database).execute(
+                    "SELECT name, value FROM settings").fetchall())
+                check(str(settings.get("regflag")) == "1", "registered: %r" % settings)
+
+                compose_and_send(s, FRIEND_NUMBER, "Lunch <today>?", "At the corner & soon.")
+                got = wait_for(lambda: friend.rows("inbox"), 60, "the tarvik at the friend's")
+                row = got[0]
+                check(row["tfrom"] == OWN_NUMBER, "from: %r" % row["tfrom"])
+                check(row["ttitle"] == "Lunch <today>?", "title: %r" % row["ttitle"])
+                check(row["tnote"] == "At the corner & soon.", "note: %r" % row["tnote"])
+                check(row["tscreenname"] == "Ann", "screen name: %r" % row["tscreenname"])
+                check(abs(float(row["tlatitude"]) - fix[0]) < 1e-6, "lat %r" % row["tlatitude"])
+                check(abs(float(row["tlongitude"]) - fix[1]) < 1e-6, "lon %r" % row["tlongitude"])
+                check(not (row["treg"] or ""), "the IMEI travelled: %r" % row["treg"])
+                wait_for(lambda: s.rows("sent") and not s.rows("outbox"), 20,
+                         "the message moved to the client's sent folder")
+
+                friend.execute(
+                    "INSERT INTO outbox (tguid, tfrom, tto, tutcdatetime, ttz, ttitle, tnote,"
+                    " tlatitude, tlongitude, tscreenname, tcarrier, tflag) VALUES"
+                    " ('', ?, ?, strftime('%s','now'), 0, 'On my way', 'Five minutes',"
+                    " 59.44, 24.75, 'Friend', 'n/a', 1)", (FRIEND_NUMBER, OWN_NUMBER))
+                friend.signal("SendReceiveRequest")
+                answer = wait_for(lambda: s.rows("inbox"), 30, "the answer in the client's inbox")
+                check(answer[0]["ttitle"] == "On my way", "answer: %r" % answer[0])
+                check(answer[0]["tfrom"] == FRIEND_NUMBER, "from: %r" % answer[0]["tfrom"])
+                wait_for(lambda: label_shown(s, "New tarviks received"), 20,
+                         "the client announcing the answer")
+        finally:
+            friend.close()
+
+
+if __name__ == "__main__":
+    run([test_send_and_answer_over_xmpp])
