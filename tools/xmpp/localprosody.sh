@@ -105,6 +105,9 @@ modules_enabled = {
 c2s_require_encryption = true
 authentication = "internal_hashed"
 storage = "internal"
+-- prosody 0.12 leaves Nagle on: a client that waits for each answer (send, then ping)
+-- then stalls ~40 ms per round trip against the peer's delayed ACK, even on loopback.
+network_settings = { nagle = false }
 
 -- In-band registration for tarvikd's own account creation. mod_register_limits
 -- exempts its allowlist (127.0.0.1 and ::1 by default) from the throttle; the
