@@ -2,125 +2,255 @@
 # SPDX-FileCopyrightText: 2026 The tarvik authors
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-# A throwaway prosody on loopback, for tests, benchmarks and scripts/run.sh: its own
-# configuration, certificate and data under DIR, client connections only, TLS required,
-# in-band registration open.
+# A throwaway prosody on loopback for tarvikd's tests, the benchmark and the demo.
 #
-#   localprosody.sh start DIR [PORT] [DOMAIN]   prints the port; DIR/ca.pem is the certificate
-#   localprosody.sh register DIR USER PASSWORD  makes an account from outside
-#   localprosody.sh stop DIR                     ends it (SIGTERM) and waits
-#   localprosody.sh kill DIR                     SIGKILL, as a crash would
-#   localprosody.sh restart DIR                  same port, same data
+# Usage: tools/xmpp/localprosody.sh COMMAND DIR [ARGS]
+#   start DIR [PORT] [DOMAIN]     create DIR (config, data, certificate) when needed, start
+#                                 prosody in the background and print the c2s port.
+#                                 PORT: 0 or empty picks a free one; DOMAIN defaults to
+#                                 tarvik.localhost. Writes DIR/port, DIR/pid, DIR/domain,
+#                                 DIR/ca.pem (the self-signed certificate clients trust).
+#   register DIR USER PASSWORD    create (or re-password) the account USER@DOMAIN
+#   stop DIR                      SIGTERM, wait for the exit (SIGKILL after 10 s)
+#   kill DIR                      SIGKILL, for fault tests (data stays as it was)
+#   restart DIR                   stop if running, start again with the same port,
+#                                 domain, certificate and data
+#   status DIR                    exit 0 when running (prints the port), 1 when not
+#
+# Environment: LOCALPROSODY_LOGLEVEL (default info; debug logs every stanza).
+# Everything prosody says goes to DIR/prosody.log, nothing to the terminal.
+# Several instances can run at once in different DIRs. Works as root (run_as_root)
+# and as a normal user.
 set -euo pipefail
 
-die() { echo "localprosody.sh: $*" >&2; exit 1; }
-command -v prosody >/dev/null || die "prosody is missing (package prosody)"
-
-cmd=${1:-}
-dir=${2:-}
-[ -n "$cmd" ] && [ -n "$dir" ] || die "usage: $0 start|register|stop|kill|restart DIR ..."
-
-free_port() {
-  /usr/bin/python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1",0)); print(s.getsockname()[1])'
+die() {
+  echo "localprosody: $*" >&2
+  exit 1
 }
 
-pid_of() { cat "$dir/pid" 2>/dev/null || true; }
+usage() {
+  sed -n '2,/^set -euo/p' "$0" | sed '$d; s/^# \{0,1\}//' >&2
+  exit 2
+}
 
-alive() { local pid; pid=$(pid_of); [ -n "$pid" ] && kill -0 "$pid" 2>/dev/null; }
+# The pid in DIR/pid when that process is alive and is our prosody (guards against a
+# reused pid). A zombie counts as gone: the parent of a detached prosody is whoever
+# adopted it, and that may never reap it.
+live_pid() {
+  local dir=$1 pid state
+  [ -f "$dir/pid" ] || return 1
+  pid=$(cat "$dir/pid")
+  [[ $pid =~ ^[0-9]+$ ]] || return 1
+  [ -r "/proc/$pid/stat" ] || return 1
+  state=$(sed 's/^.*) //' "/proc/$pid/stat" 2>/dev/null | cut -d' ' -f1) || return 1
+  [ "$state" != Z ] || return 1
+  tr '\0' ' ' <"/proc/$pid/cmdline" 2>/dev/null | grep -qF -- "$dir/prosody.cfg.lua" || return 1
+  echo "$pid"
+}
 
 wait_gone() {
-  local pid=$1
-  for _ in $(seq 100); do
-    kill -0 "$pid" 2>/dev/null || return 0
-    sleep 0.05
+  local dir=$1 tenths=$2 i
+  for ((i = 0; i < tenths; i++)); do
+    live_pid "$dir" >/dev/null || return 0
+    sleep 0.1
   done
   return 1
 }
 
-launch() {
-  local port domain
-  port=$(cat "$dir/port")
-  domain=$(cat "$dir/domain")
-  # Detached from the caller's terminal and process group, so a test's end does not take
-  # it along by accident and it does not hold the caller's output open.
-  setsid prosody -F --config "$dir/prosody.cfg.lua" </dev/null >>"$dir/stdout.log" 2>&1 &
-  echo $! >"$dir/pid"
-  for _ in $(seq 200); do
+free_port() {
+  /usr/bin/python3 -c 'import socket
+s = socket.socket()
+s.bind(("127.0.0.1", 0))
+print(s.getsockname()[1])'
+}
+
+make_cert() {
+  local dir=$1 domain=$2
+  [ -s "$dir/certs/$domain.crt" ] && [ -s "$dir/certs/$domain.key" ] && return 0
+  # CA:TRUE (openssl's v3_ca default) lets clients use the certificate itself as the
+  # trust anchor; the SAN carries both the domain and 127.0.0.1 because clients
+  # connect to the address but verify the domain.
+  openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days 3650 \
+    -subj "/CN=$domain" \
+    -addext "subjectAltName=DNS:$domain,IP:127.0.0.1" \
+    -addext "keyUsage=critical,digitalSignature,keyCertSign" \
+    -addext "extendedKeyUsage=serverAuth" \
+    -keyout "$dir/certs/$domain.key" -out "$dir/certs/$domain.crt" >/dev/null 2>&1 ||
+    die "openssl could not make a certificate for $domain"
+  chmod 600 "$dir/certs/$domain.key"
+}
+
+write_config() {
+  local dir=$1 port=$2 domain=$3 as_root=false
+  [ "$(id -u)" = 0 ] && as_root=true
+  cat >"$dir/prosody.cfg.lua" <<EOF
+-- Written by localprosody.sh; rewritten on every start.
+run_as_root = $as_root
+pidfile = "$dir/prosody.pid"
+data_path = "$dir/data"
+certificates = "$dir/certs"
+log = { { levels = { min = "${LOCALPROSODY_LOGLEVEL:-info}" }, to = "file", filename = "$dir/prosody.log" } }
+
+c2s_ports = { $port }
+c2s_interfaces = { "127.0.0.1" }
+s2s_ports = {}
+s2s_interfaces = {}
+http_ports = {}
+https_ports = {}
+c2s_direct_tls_ports = {}
+modules_disabled = { "s2s" }
+modules_enabled = {
+  "roster"; "saslauth"; "tls"; "disco"; "ping"; "register"; "offline"; "smacks"; "posix";
+}
+c2s_require_encryption = true
+authentication = "internal_hashed"
+storage = "internal"
+-- prosody 0.12 leaves Nagle on: a client that waits for each answer (send, then ping)
+-- then stalls ~40 ms per round trip against the peer's delayed ACK, even on loopback.
+network_settings = { nagle = false }
+
+-- In-band registration for tarvikd's own account creation. mod_register_limits
+-- exempts its allowlist (127.0.0.1 and ::1 by default) from the throttle; the
+-- allowlist is spelt out here so that stays true. min_seconds_between_registrations = 0
+-- alone would make a throttle of 1 per 0 s (an infinite rate, NaN once two requests
+-- fall in the same clock tick) for any address not on the list, so the throttle itself
+-- is set to something that never bites.
+allow_registration = true
+min_seconds_between_registrations = 0
+registration_allowlist = { "127.0.0.1", "::1" }
+registration_throttle_max = 1000000
+registration_throttle_period = 1
+
+VirtualHost "$domain"
+  ssl = { key = "$dir/certs/$domain.key", certificate = "$dir/certs/$domain.crt" }
+EOF
+}
+
+cmd_start() {
+  local dir=$1 port=${2:-} domain=${3:-} pid i
+  mkdir -p "$dir"
+  dir=$(cd "$dir" && pwd)
+  if pid=$(live_pid "$dir"); then
+    die "already running in $dir (pid $pid, port $(cat "$dir/port"))"
+  fi
+  [ -n "$domain" ] || domain=tarvik.localhost
+  [[ $domain =~ ^[A-Za-z0-9.-]+$ ]] || die "bad domain: $domain"
+  if [ -z "$port" ] || [ "$port" = 0 ]; then
+    port=$(free_port)
+  fi
+  [[ $port =~ ^[0-9]+$ ]] && [ "$port" -gt 0 ] && [ "$port" -lt 65536 ] || die "bad port: $port"
+  (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null && die "port $port is already in use"
+
+  mkdir -p "$dir/data" "$dir/certs"
+  make_cert "$dir" "$domain"
+  cp "$dir/certs/$domain.crt" "$dir/ca.pem"
+  write_config "$dir" "$port" "$domain"
+  echo "$port" >"$dir/port"
+  echo "$domain" >"$dir/domain"
+  rm -f "$dir/pid"
+
+  # Mark where this run's log starts, so the checks below only read this run.
+  local mark
+  touch "$dir/prosody.log"
+  mark=$(wc -l <"$dir/prosody.log")
+  # setsid: a session of its own, so the terminal's signals and hang-up do not reach it.
+  # A background child is not a process-group leader, so setsid execs in place and $!
+  # is prosody itself. prosody's own console output (e.g. the lua-unbound notice) goes
+  # to the log too.
+  setsid prosody -F --config "$dir/prosody.cfg.lua" </dev/null >>"$dir/prosody.log" 2>&1 &
+  pid=$!
+  echo "$pid" >"$dir/pid"
+
+  for ((i = 0; i < 100; i++)); do
+    if ! kill -0 "$pid" 2>/dev/null || ! live_pid "$dir" >/dev/null; then
+      echo "localprosody: prosody exited during start-up; log:" >&2
+      tail -n +"$((mark + 1))" "$dir/prosody.log" | tail -n 20 >&2
+      rm -f "$dir/pid"
+      exit 1
+    fi
+    # prosody keeps running when it cannot bind the port; it logs that instead.
+    if tail -n +"$((mark + 1))" "$dir/prosody.log" | grep -q "Failed to open server port"; then
+      echo "localprosody: prosody could not listen on port $port; log:" >&2
+      tail -n +"$((mark + 1))" "$dir/prosody.log" | tail -n 20 >&2
+      cmd_kill "$dir"
+      exit 1
+    fi
     if (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null; then
       echo "$port"
       return 0
     fi
-    alive || break
-    sleep 0.05
+    sleep 0.1
   done
-  tail -n 20 "$dir/prosody.log" "$dir/stdout.log" >&2 2>/dev/null || true
-  die "prosody did not accept connections on 127.0.0.1:$port within 10 s"
+  echo "localprosody: port $port not open after 10 s; log:" >&2
+  tail -n +"$((mark + 1))" "$dir/prosody.log" | tail -n 20 >&2
+  cmd_kill "$dir"
+  exit 1
 }
 
-case "$cmd" in
-  start)
-    port=${3:-$(free_port)}
-    domain=${4:-tarvik.localhost}
-    mkdir -p "$dir/data" "$dir/certs"
-    dir=$(cd "$dir" && pwd)
-    alive && die "a prosody already runs for $dir"
-    echo "$port" >"$dir/port"
-    echo "$domain" >"$dir/domain"
-    if [ ! -s "$dir/certs/$domain.crt" ]; then
-      openssl req -x509 -newkey rsa:2048 -nodes -days 30 -subj "/CN=$domain" \
-        -addext "subjectAltName=DNS:$domain,IP:127.0.0.1" \
-        -keyout "$dir/certs/$domain.key" -out "$dir/certs/$domain.crt" 2>/dev/null ||
-        die "openssl could not make a certificate"
-      cp "$dir/certs/$domain.crt" "$dir/ca.pem"
-    fi
-    root_line=""
-    [ "$(id -u)" = 0 ] && root_line="run_as_root = true"
-    cat >"$dir/prosody.cfg.lua" <<CFG
--- Made by localprosody.sh for one test or demo run.
-pidfile = "$dir/prosody.pid"
-data_path = "$dir/data"
-certificates = "$dir/certs"
-log = { info = "$dir/prosody.log" }
-daemonize = false
-$root_line
-c2s_ports = { $port }
-c2s_interfaces = { "127.0.0.1" }
-s2s_ports = {}
-http_ports = {}
-https_ports = {}
-modules_disabled = { "s2s" }
-modules_enabled = { "roster", "saslauth", "tls", "disco", "ping", "register", "offline",
-  "smacks", "posix" }
-c2s_require_encryption = true
-allow_registration = true
-min_seconds_between_registrations = 0
--- Tests register many accounts from one address in a second.
-registration_throttle_max = 1000000
-VirtualHost "$domain"
-  ssl = { key = "$dir/certs/$domain.key", certificate = "$dir/certs/$domain.crt" }
-CFG
-    launch
-    ;;
-  register)
-    [ $# -eq 4 ] || die "usage: $0 register DIR USER PASSWORD"
-    prosodyctl --config "$dir/prosody.cfg.lua" register "$3" "$(cat "$dir/domain")" "$4" \
-      >/dev/null 2>>"$dir/stdout.log" || die "prosodyctl could not make $3"
-    ;;
-  stop | kill)
-    pid=$(pid_of)
-    [ -n "$pid" ] || exit 0
-    if [ "$cmd" = kill ]; then
+existing_dir() {
+  [ -f "$1/prosody.cfg.lua" ] || die "no localprosody in $1 (run start first)"
+  cd "$1" && pwd
+}
+
+cmd_stop() {
+  local dir pid
+  dir=$(existing_dir "$1")
+  if pid=$(live_pid "$dir"); then
+    kill -TERM "$pid" 2>/dev/null || true
+    if ! wait_gone "$dir" 100; then
+      echo "localprosody: prosody (pid $pid) still running 10 s after SIGTERM; killing it" >&2
       kill -KILL "$pid" 2>/dev/null || true
-    else
-      kill -CONT "$pid" 2>/dev/null || true
-      kill -TERM "$pid" 2>/dev/null || true
+      wait_gone "$dir" 50 || die "pid $pid does not go away"
     fi
-    wait_gone "$pid" || { kill -KILL "$pid" 2>/dev/null || true; wait_gone "$pid" || true; }
-    rm -f "$dir/pid"
-    ;;
-  restart)
-    "$0" stop "$dir"
-    launch >/dev/null
-    ;;
-  *) die "unknown command $cmd" ;;
+  fi
+  rm -f "$dir/pid"
+}
+
+cmd_kill() {
+  local dir pid
+  dir=$(existing_dir "$1")
+  if pid=$(live_pid "$dir"); then
+    kill -KILL "$pid" 2>/dev/null || true
+    wait_gone "$dir" 50 || die "pid $pid does not go away after SIGKILL"
+  fi
+  rm -f "$dir/pid"
+}
+
+cmd_restart() {
+  local dir
+  dir=$(existing_dir "$1")
+  cmd_stop "$dir"
+  cmd_start "$dir" "$(cat "$dir/port")" "$(cat "$dir/domain")"
+}
+
+cmd_register() {
+  local dir user password out
+  dir=$(existing_dir "$1")
+  user=$2 password=$3
+  # prosodyctl writes the account straight into the data store, running server or not.
+  if ! out=$(prosodyctl --config "$dir/prosody.cfg.lua" register "$user" "$(cat "$dir/domain")" "$password" 2>&1); then
+    echo "localprosody: prosodyctl register failed:" >&2
+    echo "$out" | grep -v '^\s*$' >&2
+    exit 1
+  fi
+}
+
+cmd_status() {
+  local dir pid
+  dir=$(existing_dir "$1")
+  pid=$(live_pid "$dir") || exit 1
+  cat "$dir/port"
+}
+
+[ $# -ge 2 ] || usage
+command=$1
+shift
+case "$command" in
+  start) [ $# -le 3 ] || usage; cmd_start "$@" ;;
+  register) [ $# -eq 3 ] || usage; cmd_register "$@" ;;
+  stop) [ $# -eq 1 ] || usage; cmd_stop "$1" ;;
+  kill) [ $# -eq 1 ] || usage; cmd_kill "$1" ;;
+  restart) [ $# -eq 1 ] || usage; cmd_restart "$1" ;;
+  status) [ $# -eq 1 ] || usage; cmd_status "$1" ;;
+  *) usage ;;
 esac
