@@ -16,6 +16,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QLibrary>
 #include <QRandomGenerator>
 
 #include "cxmppconfig.h"
@@ -40,6 +41,45 @@ const SecretSchema* schema()
         nullptr};
     return &kSchema;
 }
+
+// libsecret and the GIO stack under it are loaded only when a secret service runs: a
+// daemon that idles all day should not carry them otherwise.
+struct CSecretApi
+{
+    using Lookup = gchar* (*)(const SecretSchema*, GCancellable*, GError**, ...);
+    using Store = gboolean (*)(const SecretSchema*, const gchar*, const gchar*, const gchar*,
+                               GCancellable*, GError**, ...);
+    using Clear = gboolean (*)(const SecretSchema*, GCancellable*, GError**, ...);
+    using Free = void (*)(gchar*);
+
+    Lookup lookup = nullptr;
+    Store store = nullptr;
+    Clear clear = nullptr;
+    Free free = nullptr;
+
+    static const CSecretApi* get()
+    {
+        static const CSecretApi* api = []() -> const CSecretApi* {
+            static QLibrary library(QStringLiteral("secret-1"), 0);
+            static CSecretApi resolved;
+            if (!library.load()) {
+                qWarning().noquote()
+                    << "tarvikd: libsecret is not installed: " + library.errorString();
+                return nullptr;
+            }
+            resolved.lookup =
+                reinterpret_cast<Lookup>(library.resolve("secret_password_lookup_sync"));
+            resolved.store = reinterpret_cast<Store>(library.resolve("secret_password_store_sync"));
+            resolved.clear = reinterpret_cast<Clear>(library.resolve("secret_password_clear_sync"));
+            resolved.free = reinterpret_cast<Free>(library.resolve("secret_password_free"));
+            if (!resolved.lookup || !resolved.store || !resolved.clear || !resolved.free) {
+                return nullptr;
+            }
+            return &resolved;
+        }();
+        return api;
+    }
+};
 
 QString takeError(GError*& error)
 {
@@ -70,18 +110,19 @@ bool CPasswordStore::secretServiceRuns() const
 {
     // Only a service that already runs: activating one could stall for the bus time-out.
     return m_bus.isConnected() && m_bus.interface() &&
-           m_bus.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.secrets"));
+           m_bus.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.secrets")) &&
+           CSecretApi::get();
 }
 
 QString CPasswordStore::password(const QString& jid) const
 {
     if (secretServiceRuns()) {
         GError* error = nullptr;
-        gchar* secret = secret_password_lookup_sync(schema(), nullptr, &error, "jid",
-                                                    jid.toUtf8().constData(), nullptr);
+        gchar* secret = CSecretApi::get()->lookup(schema(), nullptr, &error, "jid",
+                                                  jid.toUtf8().constData(), nullptr);
         if (secret) {
             const QString result = QString::fromUtf8(secret);
-            secret_password_free(secret);
+            CSecretApi::get()->free(secret);
             return result;
         }
         if (error) {
@@ -97,9 +138,9 @@ bool CPasswordStore::store(const QString& jid, const QString& password, QString*
     if (secretServiceRuns()) {
         GError* error = nullptr;
         const QByteArray label = QStringLiteral("tarvik account %1").arg(jid).toUtf8();
-        if (secret_password_store_sync(schema(), SECRET_COLLECTION_DEFAULT, label.constData(),
-                                       password.toUtf8().constData(), nullptr, &error, "jid",
-                                       jid.toUtf8().constData(), nullptr)) {
+        if (CSecretApi::get()->store(schema(), SECRET_COLLECTION_DEFAULT, label.constData(),
+                                     password.toUtf8().constData(), nullptr, &error, "jid",
+                                     jid.toUtf8().constData(), nullptr)) {
             return true;
         }
         qWarning().noquote() << "tarvikd: the secret service refused the password (" +
@@ -112,8 +153,8 @@ void CPasswordStore::remove(const QString& jid)
 {
     if (secretServiceRuns()) {
         GError* error = nullptr;
-        secret_password_clear_sync(schema(), nullptr, &error, "jid", jid.toUtf8().constData(),
-                                   nullptr);
+        CSecretApi::get()->clear(schema(), nullptr, &error, "jid", jid.toUtf8().constData(),
+                                 nullptr);
         g_clear_error(&error);
     }
     if (!fromFile(jid).isEmpty()) {

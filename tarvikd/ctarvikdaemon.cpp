@@ -41,6 +41,8 @@ QString quoted(const QString& text)
 
 const int kFirstBackoffMs = 1000;
 const int kFlushRetryMs = 1000;
+const int kFlushDelayMs = 20;
+const int kFlushBatch = 250;
 
 }  // namespace
 
@@ -131,7 +133,8 @@ bool CTarvikDaemon::start(QString* pError)
                      .arg(CXmppConfig::configFile()));
     }
     // A network that comes back is worth an attempt at once, whatever the back-off says.
-    if (QNetworkInformation::loadBackendByFeatures(QNetworkInformation::Feature::Reachability)) {
+    // NetworkManager's backend only: the generic one would load GIO for a few events a day.
+    if (QNetworkInformation::loadBackendByName(QStringLiteral("networkmanager"))) {
         connect(QNetworkInformation::instance(), &QNetworkInformation::reachabilityChanged, this,
                 [this](QNetworkInformation::Reachability reachability) {
                     if (reachability == QNetworkInformation::Reachability::Online) {
@@ -663,9 +666,12 @@ void CTarvikDaemon::onMessageReceived(quint64 sequence, const QString& stanza)
     entry.m_tarvik.setFlag(1);
     entry.m_strKey = incoming.m_tarvik.from() + QChar(0x1f) + incoming.m_tarvik.guid();
     m_lstIncoming.append(entry);
-    // Whatever arrives in one go is stored in one transaction.
-    if (!m_flushTimer.isActive()) {
-        m_flushTimer.start(0);
+    // What arrives within a few milliseconds is stored in one transaction: a burst from
+    // the server costs one journal sync per batch, not one per message.
+    if (m_lstIncoming.size() >= kFlushBatch) {
+        flushIncoming();
+    } else if (!m_flushTimer.isActive()) {
+        m_flushTimer.start(kFlushDelayMs);
     }
 }
 

@@ -8,6 +8,7 @@
 #include <sys/socket.h>
 
 #include <QDebug>
+#include <QElapsedTimer>
 #include <QMutex>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -23,6 +24,7 @@ const char* const kNsRegisterFeature = "http://jabber.org/features/iq-register";
 // rounds empty a record that arrived whole, so no decrypted data waits unseen.
 const int kRoundsPerWakeup = 5;
 const int kBusyIntervalMs = 20;
+const int kWriteBudgetMs = 5;
 
 QString text(const char* value)
 {
@@ -147,8 +149,8 @@ CXmppConnection::CXmppConnection(QObject* parent)
       m_pCtx(nullptr),
       m_pConn(nullptr),
       m_eMode(eModeIdle),
-      m_pReadNotifier(nullptr),
-      m_pWriteNotifier(nullptr),
+      m_pReadNotifier(new QSocketNotifier(QSocketNotifier::Read, this)),
+      m_pWriteNotifier(new QSocketNotifier(QSocketNotifier::Write, this)),
       m_pBusyTimer(new QTimer(this)),
       m_bOnline(false),
       m_bPumping(false),
@@ -163,6 +165,9 @@ CXmppConnection::CXmppConnection(QObject* parent)
       m_uNextId(0)
 {
     qRegisterMetaType<CEndpoint>();
+    connect(m_pReadNotifier, &QSocketNotifier::activated, this, &CXmppConnection::onSocketActivity);
+    connect(m_pWriteNotifier, &QSocketNotifier::activated, this,
+            &CXmppConnection::onSocketActivity);
     m_pBusyTimer->setInterval(kBusyIntervalMs);
     connect(m_pBusyTimer, &QTimer::timeout, this, &CXmppConnection::pump);
 }
@@ -572,23 +577,21 @@ void CXmppConnection::sendRaw(const QByteArray& data)
 
 void CXmppConnection::watchSocket(int fd)
 {
-    unwatchSocket();
-    m_pReadNotifier = new QSocketNotifier(fd, QSocketNotifier::Read, this);
-    m_pWriteNotifier = new QSocketNotifier(fd, QSocketNotifier::Write, this);
-    connect(m_pReadNotifier, &QSocketNotifier::activated, this, &CXmppConnection::onSocketActivity);
-    connect(m_pWriteNotifier, &QSocketNotifier::activated, this,
-            &CXmppConnection::onSocketActivity);
+    // The two notifiers live as long as the object and follow whichever socket libstrophe
+    // opened last: a notifier made and dropped per connection could meet its successor on
+    // a reused descriptor.
+    for (QSocketNotifier* notifier : {m_pReadNotifier, m_pWriteNotifier}) {
+        notifier->setEnabled(false);
+        notifier->setSocket(fd);
+    }
+    m_pReadNotifier->setEnabled(true);
+    m_pWriteNotifier->setEnabled(true);
 }
 
 void CXmppConnection::unwatchSocket()
 {
-    for (QSocketNotifier** notifier : {&m_pReadNotifier, &m_pWriteNotifier}) {
-        if (*notifier) {
-            (*notifier)->setEnabled(false);
-            (*notifier)->deleteLater();
-            *notifier = nullptr;
-        }
-    }
+    m_pReadNotifier->setEnabled(false);
+    m_pWriteNotifier->setEnabled(false);
 }
 
 void CXmppConnection::onSocketActivity()
@@ -605,10 +608,22 @@ void CXmppConnection::pump()
     for (int i = 0; i < kRoundsPerWakeup && m_pCtx; ++i) {
         xmpp_run_once(m_pCtx, 0);
     }
+    // libstrophe writes one queued stanza per round: a long queue goes out here, for a
+    // few milliseconds at most, before the loop hears of anything else.
+    QElapsedTimer budget;
+    budget.start();
+    while (m_pConn && xmpp_conn_send_queue_len(m_pConn) > 0 && !budget.hasExpired(kWriteBudgetMs)) {
+        xmpp_run_once(m_pCtx, 0);
+    }
     m_bPumping = false;
-    const bool busy =
-        m_pConn && (xmpp_conn_is_connecting(m_pConn) || xmpp_conn_send_queue_len(m_pConn) > 0);
-    if (m_pWriteNotifier) {
+    // Until the session is up libstrophe also has work of its own between reads (a stream
+    // restart after TLS and after authentication, its time-outs): it is driven by the timer
+    // too, not only by the socket.
+    const bool handshaking =
+        (m_eMode == eModeLogin && !m_bOnline) || (m_eMode == eModeRegister && !m_bRegistrationDone);
+    const bool busy = m_pConn && (handshaking || xmpp_conn_is_connecting(m_pConn) ||
+                                  xmpp_conn_send_queue_len(m_pConn) > 0);
+    if (m_pWriteNotifier->socket() >= 0 && m_pReadNotifier->isEnabled()) {
         m_pWriteNotifier->setEnabled(busy);
     }
     if (busy) {

@@ -96,9 +96,9 @@ bool runForeignClient(const CLocalServer& server, const QStringList& args, QByte
     QProcess process;
     process.setProcessChannelMode(QProcess::SeparateChannels);
     process.start(QStringLiteral("/usr/bin/python3"),
-                  QStringList{script(QStringLiteral("xmppclient.py")), QStringLiteral("--dir"),
-                              server.directory()} +
-                      args);
+                  QStringList{script(QStringLiteral("xmppclient.py")), args.first(),
+                              QStringLiteral("--dir"), server.directory()} +
+                      args.mid(1));
     const bool finished = process.waitForFinished(timeoutMs);
     if (pOutput) {
         *pOutput = process.readAllStandardOutput();
