@@ -206,8 +206,11 @@ void CDaemonBus::onBusCheckTimeout()
 void CDaemonBus::callClient(const QString& method)
 {
     say(QStringLiteral("-> %1").arg(method));
-    const QDBusMessage message =
+    QDBusMessage message =
         QDBusMessage::createMethodCall(clientService, clientPath, clientInterface, method);
+    // Only a request to show the inbox may start a client that is not running; news for a
+    // client that is gone is not worth starting one.
+    message.setAutoStartService(method == QLatin1String("OpenInbox"));
     auto* watcher =
         new QDBusPendingCallWatcher(m_bus.asyncCall(message, kClientCallTimeoutMs), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
