@@ -442,8 +442,9 @@ void CTarvikDaemon::beginSendJob()
         }
         return;
     }
-    if (m_strJid.isEmpty()) {
-        complain(QStringLiteral("send failed: no registered account"));
+    if (m_strJid.isEmpty() || m_bPaused) {
+        complain(m_bPaused ? QStringLiteral("send failed: paused")
+                           : QStringLiteral("send failed: no registered account"));
         m_store.markFailed(queued, nullptr);
         callClient("OnMessagesSendFailed");
         return;

@@ -138,7 +138,7 @@ auto CXmppUser::inHome(F f) const
     return result;
 }
 
-bool CXmppUser::start(const CLocalServer& server, const QString& caFile)
+bool CXmppUser::start(const CLocalServer& server, const QString& caFile, const QString& systemBus)
 {
     if (!m_bus.start()) {
         qWarning().noquote() << m_bus.errorString();
@@ -154,6 +154,9 @@ bool CXmppUser::start(const CLocalServer& server, const QString& caFile)
     m_env.insert(QStringLiteral("HOME"), m_home.path());
     m_env.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home.filePath(QStringLiteral(".config")));
     m_env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_bus.address());
+    if (!systemBus.isEmpty()) {
+        m_env.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), systemBus);
+    }
     m_env.insert(QStringLiteral("TARVIK_XMPP_DOMAIN"), server.domain());
     m_env.insert(QStringLiteral("TARVIK_XMPP_SERVER"),
                  QStringLiteral("127.0.0.1:%1").arg(server.port()));
@@ -169,10 +172,7 @@ bool CXmppUser::startDaemon()
         return false;
     }
     // As the client does when it starts.
-    QDBusConnection(m_strConnection)
-        .asyncCall(QDBusMessage::createMethodCall(
-            QStringLiteral("com.qel.tarvikdaemon"), QStringLiteral("/com/qel/tarvikdaemon"),
-            QStringLiteral("com.qel.TarvikDaemon"), QStringLiteral("OnClientStarted")));
+    callDaemon(QStringLiteral("OnClientStarted"));
     return true;
 }
 
@@ -230,6 +230,14 @@ void CXmppUser::emitSignal(const QString& name)
     QDBusConnection(m_strConnection)
         .send(QDBusMessage::createSignal(QStringLiteral("/com/qel/tarvik"),
                                          QStringLiteral("com.qel.TarvikClient"), name));
+}
+
+QDBusMessage CXmppUser::callDaemon(const QString& method)
+{
+    return QDBusConnection(m_strConnection)
+        .call(QDBusMessage::createMethodCall(QStringLiteral("com.qel.tarvikdaemon"),
+                                             QStringLiteral("/com/qel/tarvikdaemon"),
+                                             QStringLiteral("com.qel.TarvikDaemon"), method));
 }
 
 bool CXmppUser::waitForCall(const QString& method, int count, int timeoutMs)

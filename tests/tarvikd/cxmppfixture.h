@@ -52,13 +52,17 @@ public:
     ~CXmppUser();
 
     // Bus and recorder, then the daemon. `caFile` empty: trust the server's own.
-    bool start(const CLocalServer& server, const QString& caFile = QString());
+    // `systemBus`: the address of the system bus the daemon sees (NetworkManager).
+    bool start(const CLocalServer& server, const QString& caFile = QString(),
+               const QString& systemBus = QString());
     bool startDaemon();
     void stopDaemon();
     // Saves the number and screen name as the registration form does, asks the daemon to
     // register, and waits for its verdict: the method the daemon called, or empty.
     QString registerAccount(int timeoutMs = 20000);
     void emitSignal(const QString& name);
+    // Calls one of the daemon's six methods and returns its answer.
+    QDBusMessage callDaemon(const QString& method);
     // Waits until the daemon has called `method` `count` times in all.
     bool waitForCall(const QString& method, int count = 1, int timeoutMs = 20000);
     QStringList calls() const { return m_recorder.m_lstCalls; }

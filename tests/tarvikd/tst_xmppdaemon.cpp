@@ -12,6 +12,7 @@
 #include <QSignalSpy>
 #include <QThread>
 
+#include "cfakenetworkmanager.h"
 #include "cxmppconnection.h"
 #include "cxmppfixture.h"
 
@@ -48,6 +49,8 @@ private Q_SLOTS:
     void outboxRewrittenDuringSend();
     void foreignClients();
     void hostileStanzas();
+    void pauseAndClientState();
+    void networkBackConnectsAtOnce();
 };
 
 CXmppUser* XmppDaemonTest::newUser(const QString& name, bool registered, const QString& caFile)
@@ -435,6 +438,81 @@ void XmppDaemonTest::hostileStanzas()
     QVERIFY2(log.count(QLatin1String("dropped a message")) >= 3, qPrintable(log));
     bob->emitSignal(QStringLiteral("CheckConnectionRequest"));
     QVERIFY(bob->waitForCall(QStringLiteral("OnConnectionCheckSucceed")));
+}
+
+void XmppDaemonTest::pauseAndClientState()
+{
+    QScopedPointer<CXmppUser> bob(newUser(QStringLiteral("Bob")));
+    QCOMPARE(bob->callDaemon(QStringLiteral("IsClientStarted")).arguments().value(0),
+             QVariant(true));
+    bob->emitSignal(QStringLiteral("ApplicationClosed"));
+    QTRY_COMPARE(bob->callDaemon(QStringLiteral("IsClientStarted")).arguments().value(0),
+                 QVariant(false));
+    bob->callDaemon(QStringLiteral("OnClientStarted"));
+
+    // Paused, the daemon keeps off the network: the server holds what comes meanwhile.
+    bob->callDaemon(QStringLiteral("Pause"));
+    bob->emitSignal(QStringLiteral("CheckConnectionRequest"));
+    QVERIFY(bob->waitForCall(QStringLiteral("OnConnectionCheckFailed")));
+    foreignSend(bob->jid(m_server), QStringLiteral("geo:1,2"), false);
+    bob->queue(
+        bob->message(QStringLiteral("stranger@") + m_server.domain(), QStringLiteral("Held")));
+    bob->emitSignal(QStringLiteral("SendReceiveRequest"));
+    QVERIFY(bob->waitForCall(QStringLiteral("OnMessagesSendFailed")));
+    QVERIFY(bob->folder(CTarvikStorage::eFolderInbox).isEmpty());
+    bob->callDaemon(QStringLiteral("Resume"));
+    QVERIFY(waitForInbox(*bob, 1));
+    bob->queue(bob->folder(CTarvikStorage::eFolderOutbox).value(0));
+    sendAndWait(*bob, QStringLiteral("OnMessagesSent"));
+}
+
+void XmppDaemonTest::networkBackConnectsAtOnce()
+{
+    // NetworkManager in a process of its own: the daemon asks it at start, while this
+    // process waits for the daemon.
+    CPrivateBus systemBus(CPrivateBus::eSystem);
+    QVERIFY2(systemBus.start(), qPrintable(systemBus.errorString()));
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), systemBus.address());
+    CHelperProcess networkManager;
+    QVERIFY(networkManager.start(binaryPath(QStringLiteral("tarvik-fakes")),
+                                 {QStringLiteral("--nm"), QStringLiteral("online")},
+                                 QStringLiteral("ready"), 10000, env));
+    QDBusConnection system =
+        QDBusConnection::connectToBus(systemBus.address(), QStringLiteral("fake-system"));
+    const auto setState = [&](const QString& state) {
+        const QDBusMessage reply =
+            system.call(QDBusMessage::createMethodCall(
+                            QStringLiteral("org.freedesktop.NetworkManager"),
+                            QStringLiteral("/org/freedesktop/NetworkManager"),
+                            QStringLiteral("org.tarvik.Fake.Control"), QStringLiteral("SetState"))
+                        << CFakeNetworkManager::stateFromString(state));
+        return reply.type() == QDBusMessage::ReplyMessage;
+    };
+    QScopedPointer<CXmppUser> bob(
+        new CXmppUser(QStringLiteral("+372 5999 001"), QStringLiteral("Bob")));
+    QVERIFY2(bob->start(m_server, QString(), systemBus.address()), qPrintable(bob->daemonLog()));
+    QCOMPARE(bob->registerAccount(), QStringLiteral("OnRegistrationSucceed"));
+
+    // The server goes; the daemon's attempts space out.
+    QVERIFY(m_server.stop());
+    QVERIFY(setState(QStringLiteral("offline")));
+    QVERIFY2(QTest::qWaitFor(
+                 [&]() { return bob->daemonLog().contains(QLatin1String("next attempt in 8 s")); },
+                 30000),
+             qPrintable(bob->daemonLog()));
+    QVERIFY(m_server.restart());
+    // The network comes back: the daemon does not wait out its back-off.
+    QVERIFY(setState(QStringLiteral("online")));
+    QVERIFY2(QTest::qWaitFor(
+                 [&]() {
+                     return bob->daemonLog().contains(QLatin1String("the network is back")) &&
+                            bob->daemonLog().count(QLatin1String("online as")) == 2;
+                 },
+                 5000),
+             qPrintable(bob->daemonLog()));
+    bob.reset();
+    QDBusConnection::disconnectFromBus(QStringLiteral("fake-system"));
 }
 
 QTEST_GUILESS_MAIN(XmppDaemonTest)
