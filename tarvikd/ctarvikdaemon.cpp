@@ -4,8 +4,8 @@
 #include "ctarvikdaemon.h"
 
 #include <QCoreApplication>
+#include <QDBusConnection>
 #include <QDebug>
-#include <QNetworkInformation>
 
 #include "cdaemonbus.h"
 #include "cstanzacodec.h"
@@ -133,14 +133,15 @@ bool CTarvikDaemon::start(QString* pError)
                      .arg(CXmppConfig::configFile()));
     }
     // A network that comes back is worth an attempt at once, whatever the back-off says.
-    // NetworkManager's backend only: the generic one would load GIO for a few events a day.
-    if (QNetworkInformation::loadBackendByName(QStringLiteral("networkmanager"))) {
-        connect(QNetworkInformation::instance(), &QNetworkInformation::reachabilityChanged, this,
-                [this](QNetworkInformation::Reachability reachability) {
-                    if (reachability == QNetworkInformation::Reachability::Online) {
-                        onNetworkReachable();
-                    }
-                });
+    // A network that comes back is worth an attempt at once, whatever the back-off says.
+    // NetworkManager announces it on the system bus; that one signal is all the daemon
+    // needs, without Qt's network stack and the Kerberos and proxy libraries it brings.
+    QDBusConnection system = QDBusConnection::systemBus();
+    if (system.isConnected()) {
+        system.connect(QStringLiteral("org.freedesktop.NetworkManager"),
+                       QStringLiteral("/org/freedesktop/NetworkManager"),
+                       QStringLiteral("org.freedesktop.NetworkManager"),
+                       QStringLiteral("StateChanged"), this, SLOT(onNetworkState(uint)));
     }
     if (loadAccount()) {
         say(QStringLiteral("serving %1 as %2").arg(CDaemonBus::serviceName, m_strJid));
@@ -234,6 +235,14 @@ void CTarvikDaemon::scheduleReconnect()
 void CTarvikDaemon::onReconnectTimeout()
 {
     goOnline();
+}
+
+void CTarvikDaemon::onNetworkState(uint state)
+{
+    // 70: connected to the Internet.
+    if (state >= 70) {
+        onNetworkReachable();
+    }
 }
 
 void CTarvikDaemon::onNetworkReachable()

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void onJobTimeout();
     void onRegistrationTimeout();
     void flushIncoming();
+    void onNetworkState(uint state);
     void onNetworkReachable();
 
 private:
