@@ -10,25 +10,9 @@
 #include <QDBusError>
 #include <cstdio>
 
+#include "cdaemonlog.h"
 #include "csimdaemon.h"
 #include "csimoptions.h"
-
-namespace {
-
-bool g_bVerbose = false;
-
-// One line per message on stderr; the storage's debug chatter only with --verbose.
-void simMessageHandler(QtMsgType type, const QMessageLogContext&, const QString& message)
-{
-    if (type == QtDebugMsg && !g_bVerbose) {
-        return;
-    }
-    const QByteArray line = message.toLocal8Bit() + '\n';
-    std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stderr);
-    std::fflush(stderr);
-}
-
-}  // namespace
 
 int main(int argc, char* argv[])
 {
@@ -49,14 +33,14 @@ int main(int argc, char* argv[])
     Dravo::CSimOptions::addOptions(parser);
     parser.process(app);
 
-    qInstallMessageHandler(simMessageHandler);
+    Dravo::installDaemonLog(false);
     Dravo::CSimOptions options;
     QString error;
     if (!options.read(parser, &error)) {
         qCritical().noquote() << "tarvik-simd: " + error;
         return 1;
     }
-    g_bVerbose = options.m_bVerbose;
+    Dravo::installDaemonLog(options.m_bVerbose);
 
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {

@@ -15,24 +15,13 @@
 #include <QSocketNotifier>
 #include <cstdio>
 
+#include "cdaemonlog.h"
 #include "ctarvikdaemon.h"
 #include "cxmppconfig.h"
 
 namespace {
 
-bool g_bVerbose = false;
 int g_signalFds[2] = {-1, -1};
-
-// One line per message on stderr; the storage's debug chatter only with --verbose.
-void daemonMessageHandler(QtMsgType type, const QMessageLogContext&, const QString& message)
-{
-    if (type == QtDebugMsg && !g_bVerbose) {
-        return;
-    }
-    const QByteArray line = message.toLocal8Bit() + '\n';
-    std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stderr);
-    std::fflush(stderr);
-}
 
 void onSignal(int)
 {
@@ -64,8 +53,7 @@ int main(int argc, char* argv[])
                                      QStringLiteral("Also log the storage's debug lines."));
     parser.addOption(verbose);
     parser.process(app);
-    g_bVerbose = parser.isSet(verbose);
-    qInstallMessageHandler(daemonMessageHandler);
+    Dravo::installDaemonLog(parser.isSet(verbose));
 
     Dravo::CXmppConfig config;
     QStringList problems;

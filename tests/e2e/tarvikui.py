@@ -63,6 +63,26 @@ def wait_for(predicate, timeout, what, interval=0.1):
                   % (timeout, what, " (last error: %s)" % last_error if last_error else ""))
 
 
+def db_rows(path, folder, where="1", args=()):
+    """The rows of a folder of the database at `path`, as dictionaries, oldest first."""
+    con = sqlite3.connect(path, timeout=5)
+    con.row_factory = sqlite3.Row
+    try:
+        return [dict(r) for r in con.execute(
+            "SELECT * FROM %s WHERE %s ORDER BY tid" % (folder, where), args)]
+    finally:
+        con.close()
+
+
+def db_execute(path, sql, args=()):
+    con = sqlite3.connect(path, timeout=5)
+    try:
+        con.execute(sql, args)
+        con.commit()
+    finally:
+        con.close()
+
+
 class Session:
     def __init__(self, bindir, sim_args=None, home=None, client_env=None, start_client=True,
                  daemon="tarvik-simd", daemon_env=None):
@@ -370,21 +390,10 @@ class Session:
         return os.path.join(self.home, ".tarvik", "tarvikdb.sqlite")
 
     def rows(self, folder, where="1", args=()):
-        con = sqlite3.connect(self.database, timeout=5)
-        con.row_factory = sqlite3.Row
-        try:
-            return [dict(r) for r in con.execute(
-                "SELECT * FROM %s WHERE %s ORDER BY tid" % (folder, where), args)]
-        finally:
-            con.close()
+        return db_rows(self.database, folder, where, args)
 
     def execute(self, sql, args=()):
-        con = sqlite3.connect(self.database, timeout=5)
-        try:
-            con.execute(sql, args)
-            con.commit()
-        finally:
-            con.close()
+        db_execute(self.database, sql, args)
 
     def log(self):
         path = os.path.join(self.home, ".tarvik", "tarvik.log")

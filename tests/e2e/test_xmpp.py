@@ -13,7 +13,7 @@ import sys
 import tempfile
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from tarvikui import Session, check, run, wait_for  # noqa: E402
+from tarvikui import Session, check, db_execute, db_rows, run, wait_for  # noqa: E402
 from test_compose import compose_and_send, label_shown, stamped_track, type_into  # noqa: E402
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -68,20 +68,10 @@ class Friend:
         shutil.rmtree(self.home, ignore_errors=True)
 
     def execute(self, sql, args=()):
-        con = sqlite3.connect(self.database, timeout=5)
-        try:
-            con.execute(sql, args)
-            con.commit()
-        finally:
-            con.close()
+        db_execute(self.database, sql, args)
 
     def rows(self, folder):
-        con = sqlite3.connect(self.database, timeout=5)
-        con.row_factory = sqlite3.Row
-        try:
-            return [dict(r) for r in con.execute("SELECT * FROM %s ORDER BY tid" % folder)]
-        finally:
-            con.close()
+        return db_rows(self.database, folder)
 
     def signal(self, name):
         subprocess.run(["dbus-send", "--session", "--type=signal", "/com/qel/tarvik",
