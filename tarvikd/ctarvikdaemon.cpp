@@ -159,7 +159,7 @@ void CTarvikDaemon::shutdown()
     }
     m_reconnectTimer.stop();
     flushIncoming();
-    QMetaObject::invokeMethod(m_pXmpp, "close", Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(m_pXmpp, "finish", Qt::BlockingQueuedConnection);
     m_thread.quit();
     m_thread.wait();
 }

@@ -30,10 +30,10 @@ class CTarvikDaemon : public QObject
     Q_OBJECT
 public:
     // Send/receive and connection checks give up when no session is up within this time.
-    static const int connectWaitMs = 15000;
+    static constexpr int connectWaitMs = 15000;
     // The client tells the user that registration takes up to a minute.
-    static const int registrationWaitMs = 60000;
-    static const int maxBackoffMs = 60000;
+    static constexpr int registrationWaitMs = 60000;
+    static constexpr int maxBackoffMs = 60000;
 
     CTarvikDaemon(const CXmppConfig& config, const QDBusConnection& bus, QObject* parent = nullptr);
     ~CTarvikDaemon() override;

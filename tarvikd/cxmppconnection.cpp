@@ -5,6 +5,7 @@
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <openssl/crypto.h>
 #include <sys/socket.h>
 
 #include <QDebug>
@@ -25,6 +26,7 @@ const char* const kNsRegisterFeature = "http://jabber.org/features/iq-register";
 const int kRoundsPerWakeup = 5;
 const int kBusyIntervalMs = 20;
 const int kWriteBudgetMs = 5;
+const int kCloseRounds = 300;  // of at most 10 ms each
 
 QString text(const char* value)
 {
@@ -271,12 +273,22 @@ void CXmppConnection::close()
     if (m_pConn && m_bOnline) {
         sendRaw(QByteArrayLiteral("<presence type='unavailable'/>"));
         xmpp_disconnect(m_pConn);
-        // Let the closing handshake out; bounded, so quitting never hangs on a dead peer.
-        for (int i = 0; i < 50 && m_pConn && !xmpp_conn_is_disconnected(m_pConn); ++i) {
+        // Let the closing handshake run to its end: libstrophe frees a session's TLS state
+        // only when the session ends by itself, not when a live one is released. Bounded, so
+        // quitting never hangs on a dead peer.
+        for (int i = 0; i < kCloseRounds && m_pConn && !xmpp_conn_is_disconnected(m_pConn); ++i) {
             xmpp_run_once(m_pCtx, 10);
         }
     }
     releaseConnection();
+}
+
+void CXmppConnection::finish()
+{
+    close();
+    // OpenSSL keeps random generators per thread; they are freed here rather than left to
+    // the thread's exit, which does not always reach them.
+    OPENSSL_thread_stop();
 }
 
 void CXmppConnection::registerAccount(const CEndpoint& endpoint)

@@ -53,13 +53,16 @@ public:
     ~CXmppConnection() override;
 
     // Largest stanza passed on; anything bigger is dropped with a log line.
-    static const int maxStanzaBytes = 65536;
+    static constexpr int maxStanzaBytes = 65536;
 
 public Q_SLOTS:
     // Logs in; `connected` or `disconnected` follows.
     void open(const Dravo::CXmppConnection::CEndpoint& endpoint);
     // Ends the session cleanly (the server then stores further messages offline).
     void close();
+    // close(), and OpenSSL's state of this thread given back: the last call before the
+    // thread ends.
+    void finish();
     // Creates the account by in-band registration on a connection of its own, then closes
     // it; `registrationFinished` follows.
     void registerAccount(const Dravo::CXmppConnection::CEndpoint& endpoint);

@@ -176,12 +176,25 @@ bool CXmppUser::startDaemon()
     return true;
 }
 
+QStringList& CXmppUser::uncleanExits()
+{
+    static QStringList exits;
+    return exits;
+}
+
 void CXmppUser::stopDaemon()
 {
-    if (m_daemon.process().state() == QProcess::Running) {
+    QProcess& process = m_daemon.process();
+    if (process.state() == QProcess::Running) {
         m_daemon.stop();
+        m_strLog += QString::fromLocal8Bit(process.readAllStandardError());
+        if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
+            uncleanExits() << QStringLiteral("tarvikd of %1 ended with status %2:\n%3")
+                                  .arg(m_strNumber)
+                                  .arg(process.exitCode())
+                                  .arg(m_strLog.right(4000));
+        }
     }
-    m_strLog += QString::fromLocal8Bit(m_daemon.process().readAllStandardError());
 }
 
 QString CXmppUser::daemonLog()

@@ -56,7 +56,10 @@ public:
     bool start(const CLocalServer& server, const QString& caFile = QString(),
                const QString& systemBus = QString());
     bool startDaemon();
+    // Ends the daemon with SIGTERM; an exit other than status 0 (in the sanitizer build, a
+    // leak or a fault at exit) is listed in uncleanExits().
     void stopDaemon();
+    static QStringList& uncleanExits();
     // Saves the number and screen name as the registration form does, asks the daemon to
     // register, and waits for its verdict: the method the daemon called, or empty.
     QString registerAccount(int timeoutMs = 20000);

@@ -39,6 +39,7 @@ private:
 
 private Q_SLOTS:
     void initTestCase();
+    void cleanup();
     void sessionsOpenEveryTime();
     void exchangeBothWays();
     void registration_data();
@@ -104,6 +105,14 @@ void XmppDaemonTest::initTestCase()
     QVERIFY(m_server.addAccount(QStringLiteral("stranger"), QStringLiteral("stranger-pw")));
 }
 
+void XmppDaemonTest::cleanup()
+{
+    // Every daemon of the test has been stopped by now.
+    const QStringList exits = CXmppUser::uncleanExits();
+    CXmppUser::uncleanExits().clear();
+    QVERIFY2(exits.isEmpty(), qPrintable(exits.join(QLatin1Char('\n'))));
+}
+
 void XmppDaemonTest::sessionsOpenEveryTime()
 {
     // Logins in a row, each after the last one ended: one that stalls anywhere in its
@@ -115,7 +124,7 @@ void XmppDaemonTest::sessionsOpenEveryTime()
     auto* connection = new CXmppConnection;
     connection->moveToThread(&thread);
     const auto cleanup = qScopeGuard([&]() {
-        QMetaObject::invokeMethod(connection, "close", Qt::BlockingQueuedConnection);
+        QMetaObject::invokeMethod(connection, "finish", Qt::BlockingQueuedConnection);
         connection->deleteLater();
         thread.quit();
         thread.wait();
