@@ -422,6 +422,36 @@ class Session:
         subprocess.run(["dbus-send", "--" + bus, "--print-reply", "--dest=" + dest, path, method]
                        + list(args), env=self.env, check=True, capture_output=True)
 
+    def focus_elsewhere(self):
+        """Maps a small window of our own in the screen's corner and gives it the keyboard
+        focus, as when the user works in another program: the client's window turns
+        inactive."""
+        import ctypes
+        x11 = ctypes.CDLL("libX11.so.6")
+        x11.XOpenDisplay.restype = ctypes.c_void_p
+        x11.XOpenDisplay.argtypes = [ctypes.c_char_p]
+        for name in ("XDefaultRootWindow", "XCreateSimpleWindow"):
+            getattr(x11, name).restype = ctypes.c_ulong
+        x11.XDefaultRootWindow.argtypes = [ctypes.c_void_p]
+        x11.XCreateSimpleWindow.argtypes = [ctypes.c_void_p, ctypes.c_ulong] + \
+            [ctypes.c_int] * 2 + [ctypes.c_uint] * 3 + [ctypes.c_ulong] * 2
+        x11.XMapRaised.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
+        x11.XSetInputFocus.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int,
+                                       ctypes.c_ulong]
+        x11.XSync.argtypes = [ctypes.c_void_p, ctypes.c_int]
+        display = x11.XOpenDisplay(self.env["DISPLAY"].encode())
+        check(display, "cannot open the X display")
+        window = x11.XCreateSimpleWindow(display, x11.XDefaultRootWindow(display), 0, 0, 2, 2,
+                                         0, 0, 0)
+        x11.XMapRaised(display, window)
+        x11.XSync(display, 0)
+        x11.XSetInputFocus(display, window, 2, 0)  # RevertToParent, CurrentTime
+        x11.XSync(display, 0)
+        self._x_display = display  # the window lives as long as this connection
+        import pyatspi
+        wait_for(lambda: not any(f.getState().contains(pyatspi.STATE_ACTIVE)
+                                 for f in self.all("frame")), 10, "the client's window inactive")
+
     def screenshot(self, path):
         subprocess.run(["import", "-display", self.env["DISPLAY"], "-window", "root", path],
                        check=True)
