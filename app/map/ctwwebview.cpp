@@ -67,6 +67,18 @@ bool CTWWebView::CBlockAllUserActionsEventFilter::eventFilter(QObject*, QEvent* 
         case QEvent::TabletMove:
         case QEvent::TabletPress:
         case QEvent::TabletRelease:
+        case QEvent::Wheel:
+        case QEvent::TouchBegin:
+        case QEvent::TouchUpdate:
+        case QEvent::TouchEnd:
+        case QEvent::TouchCancel:
+        case QEvent::Gesture:
+        case QEvent::GestureOverride:
+        case QEvent::NativeGesture:
+        case QEvent::DragEnter:
+        case QEvent::DragMove:
+        case QEvent::DragLeave:
+        case QEvent::Drop:
             return true;
         default:
             return false;

@@ -33,7 +33,8 @@ public:
         bool m_bPressed;
     };
 
-    // Swallows every mouse, key and tablet action; a context menu request still passes.
+    // Swallows every mouse, wheel, key, tablet, touch, gesture and drag-and-drop action; a
+    // context menu request still passes.
     class CBlockAllUserActionsEventFilter : public QObject
     {
     public:

@@ -37,14 +37,26 @@ function isBrowserCompatible() {
     return typeof L !== 'undefined' && typeof fetch !== 'undefined';
 }
 
+// The map moves only through the client's buttons: every handler that would move it on
+// a tap, drag, pinch, wheel turn or key press is off.
+var TARVIK_MAP_NO_USER_INPUT = {
+    dragging: false,
+    touchZoom: false,
+    scrollWheelZoom: false,
+    doubleClickZoom: false,
+    boxZoom: false,
+    keyboard: false,
+    tap: false
+};
+
 function createTarvikMap(elementId) {
-    var map = L.map(elementId, {
+    var map = L.map(elementId, Object.assign({}, TARVIK_MAP_NO_USER_INPUT, {
         zoomControl: false,
         fadeAnimation: false,
         zoomAnimation: false,
         markerZoomAnimation: false,
         inertia: false
-    });
+    }));
     L.tileLayer(tarvikConfig.tileUrl, {
         attribution: tarvikConfig.tileAttribution,
         maxZoom: 19,

@@ -190,6 +190,40 @@ private Q_SLOTS:
             return evalJs(pView, QStringLiteral("map.getCenter().lng")).toDouble();
         };
         QCOMPARE(zoom(), 14);
+
+        // Wheel turns and a double click over the map move nothing: the view refuses them,
+        // and the page's own handlers are off should one get through.
+        const double dLat0 = centreLat();
+        const double dLon0 = centreLon();
+        QWidget* pInput = pView->inputWidget();
+        for (int i = 0; i < 3; ++i) {
+            const QPointF at(pInput->width() / 4, pInput->height() / 4);
+            QWheelEvent wheel(at, pInput->mapToGlobal(at), QPoint(), QPoint(0, 120), Qt::NoButton,
+                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(pInput, &wheel);
+        }
+        QCOMPARE(evalJs(pView, QStringLiteral(
+                                   "['dragging', 'touchZoom', 'scrollWheelZoom', 'doubleClickZoom',"
+                                   " 'boxZoom', 'keyboard', 'tap'].filter(function (h) {"
+                                   "  return map[h] && map[h].enabled(); }).join()"))
+                     .toString(),
+                 QString());
+        // Leaflet zooms a short debounce after a wheel event; a page timer started later
+        // fires after it.
+        evalJs(pView,
+               QStringLiteral(
+                   "(function () { var c = map.getContainer();"
+                   "  var at = { bubbles: true, cancelable: true, clientX: 100, clientY: 80 };"
+                   "  c.dispatchEvent(new WheelEvent('wheel', Object.assign({ deltaY: -600 },"
+                   "                                                        at)));"
+                   "  c.dispatchEvent(new MouseEvent('dblclick', at));"
+                   "  window.inputSettled = false;"
+                   "  setTimeout(function () { window.inputSettled = true; }, 200); })()"));
+        QTRY_VERIFY(evalJs(pView, QStringLiteral("window.inputSettled")).toBool());
+        QCOMPARE(zoom(), 14);
+        QCOMPARE(centreLat(), dLat0);
+        QCOMPARE(centreLon(), dLon0);
+
         clickWhenUnlocked(pForm, buttonNamed(pForm, CTexts::zoomIn()));
         QTRY_COMPARE(zoom(), 15);
         clickWhenUnlocked(pForm, buttonNamed(pForm, CTexts::zoomOut()));
