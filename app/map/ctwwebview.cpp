@@ -8,7 +8,6 @@
 #include <QPainter>
 #include <QTimer>
 #include <QWebEnginePage>
-#include <QWebEngineProfile>
 
 namespace Dravo {
 
@@ -85,15 +84,17 @@ bool CTWWebView::CBlockAllUserActionsEventFilter::eventFilter(QObject*, QEvent* 
     }
 }
 
-CTWWebView::CTWWebView(QWidget* parent, int iFilterType, QWebEngineProfile* pProfile)
+CTWWebView::CTWWebView(QWidget* parent, int iFilterType, QWebEnginePage* pPage)
     : QWebEngineView(parent),
       m_bBusy(false),
       m_animation(CAnimation::PROGRESS_ANIMATION),
       m_pFilter(nullptr),
       m_pCover(nullptr)
 {
-    if (pProfile)
-        setPage(new QWebEnginePage(pProfile, this));
+    if (pPage) {
+        pPage->setParent(this);
+        setPage(pPage);
+    }
     page()->setBackgroundColor(Qt::black);
     setAutoFillBackground(false);
     m_pCover = new CBusyCover(this);
@@ -106,8 +107,10 @@ CTWWebView::CTWWebView(QWidget* parent, int iFilterType, QWebEngineProfile* pPro
 
     if (iFilterType == eFilterKineticScroll)
         m_pFilter = new CKineticScrollEventFilter(this);
-    else if (iFilterType == eFilterBlockAllUserActions)
+    else if (iFilterType == eFilterBlockAllUserActions) {
         m_pFilter = new CBlockAllUserActionsEventFilter(this);
+        setAcceptDrops(false);
+    }
     attachToInputWidget();
 }
 

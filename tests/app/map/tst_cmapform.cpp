@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QDir>
 #include <QFile>
+#include <QMimeData>
 #include <memory>
 
 #include "capplicationstyle.h"
@@ -255,6 +256,44 @@ private Q_SLOTS:
         QCOMPARE(m_pStack->count(), 2);
         clickWhenUnlocked(pForm, buttonNamed(pForm, CTexts::back()));
         QTRY_COMPARE(m_pStack->count(), 0);
+    }
+
+    // The page cannot be navigated away, and what it says reaches the log as one line.
+    void pageStaysAndItsTextsStayOneLine()
+    {
+        CMapForm* pForm = openMap(CMapForm::eTypePosition);
+        QTRY_VERIFY_WITH_TIMEOUT(pForm->mapControls()->isVisible(), kTilesTimeoutMs + 2000);
+        CMapWebView* pView = pForm->mapView();
+        const QUrl pageUrl = pView->url();
+        const QString strAway = m_tiles.baseUrl() + QStringLiteral("/away");
+
+        QMimeData* pMime = new QMimeData;
+        pMime->setUrls({QUrl(strAway + QStringLiteral("/dropped"))});
+        for (QWidget* pTarget : {static_cast<QWidget*>(pView), pView->inputWidget()}) {
+            QDropEvent drop(QPointF(50, 50), Qt::CopyAction, pMime, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(pTarget, &drop);
+        }
+        evalJs(pView, QStringLiteral("location.href = '%1/scripted';").arg(strAway));
+        evalJs(pView, QStringLiteral("var a = document.createElement('a'); a.href = '%1/link';"
+                                     "document.body.appendChild(a); a.click();")
+                          .arg(strAway));
+        auto refused = [&](const char* pszPath) {
+            return !m_pLog->lines()
+                        .filter(QStringLiteral("CMapPage: navigation refused"))
+                        .filter(strAway + QLatin1String(pszPath))
+                        .isEmpty();
+        };
+        QTRY_VERIFY(refused("/scripted"));
+        QTRY_VERIFY(refused("/link"));
+        QCOMPARE(pView->url(), pageUrl);
+        QCOMPARE(evalJs(pView, QStringLiteral("typeof map")).toString(), QStringLiteral("object"));
+        for (const QByteArray& path : m_tiles.paths())
+            QVERIFY2(!path.contains("away"), path.constData());
+        delete pMime;
+
+        evalJs(pView, QStringLiteral("jsEventsListener.onRouteError('x\\nCMapForm::forged');"));
+        QTRY_VERIFY(m_pLog->containsPrefix(QStringLiteral("CMapWebView::onRouteError: x")));
+        QVERIFY(m_pLog->contains(QStringLiteral("CMapWebView::onRouteError: x CMapForm::forged")));
     }
 
     void routeMapAndDirections()
