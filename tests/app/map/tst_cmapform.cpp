@@ -157,6 +157,45 @@ private Q_SLOTS:
 
     void cleanup() { closeAll(); }
 
+    void mapVariables_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("expected");  // empty: the default, with a log line
+        QTest::newRow("tiles") << QByteArray("TARVIK_TILE_URL")
+                               << "https://{s}.t.example/{z}/{x}/{y}.png"
+                               << "https://{s}.t.example/{z}/{x}/{y}.png";
+        QTest::newRow("tiles without y")
+            << QByteArray("TARVIK_TILE_URL") << "https://t.example/{z}/{x}.png" << QString();
+        QTest::newRow("tiles from files")
+            << QByteArray("TARVIK_TILE_URL") << "file:///tmp/{z}/{x}/{y}.png" << QString();
+        QTest::newRow("tiles as script")
+            << QByteArray("TARVIK_TILE_URL") << "javascript:{z}{x}{y}" << QString();
+        QTest::newRow("route") << QByteArray("TARVIK_ROUTE_URL") << "http://r.example/osrm//"
+                               << "http://r.example/osrm";
+        QTest::newRow("route with query")
+            << QByteArray("TARVIK_ROUTE_URL") << "http://r.example/osrm?key=1" << QString();
+        QTest::newRow("route over ftp")
+            << QByteArray("TARVIK_ROUTE_URL") << "ftp://r.example" << QString();
+    }
+
+    void mapVariables()
+    {
+        QFETCH(QByteArray, name);
+        QFETCH(QString, value);
+        QFETCH(QString, expected);
+        const bool bTiles = name == "TARVIK_TILE_URL";
+        auto current = [&] { return bTiles ? CMapConfig::tileUrl() : CMapConfig::routeUrl(); };
+        qunsetenv(name.constData());
+        const QString strDefault = current();
+        qputenv(name.constData(), value.toUtf8());
+        QCOMPARE(current(), expected.isEmpty() ? strDefault : expected);
+        QCOMPARE(m_pLog->containsPrefix(
+                     QStringLiteral("CMapConfig: %1 ignored (").arg(QString::fromLatin1(name))),
+                 expected.isEmpty());
+        qputenv("TARVIK_ROUTE_URL", m_routes.baseUrl().toUtf8());
+    }
+
     void positionMapShowsTilesMarkerAndPans()
     {
         CMapForm* pForm = openMap(CMapForm::eTypePosition);
