@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
 #include <QUrl>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
@@ -124,6 +125,13 @@ QString CMapConfig::pageConfigScript()
     config.insert(QStringLiteral("routeTimeoutMs"), routeTimeoutMs());
     // The directions' first line in the client's language; the page fills in %1 and %2.
     config.insert(QStringLiteral("routeSummary"), CTexts::routeSummary());
+    // Its distances and durations likewise, with the locale's decimal point.
+    config.insert(QStringLiteral("units"),
+                  QJsonObject{{QStringLiteral("m"), CTexts::distanceMetres()},
+                              {QStringLiteral("km"), CTexts::distanceKilometres()},
+                              {QStringLiteral("min"), CTexts::durationMinutes()},
+                              {QStringLiteral("h"), CTexts::durationHours()},
+                              {QStringLiteral("decimalPoint"), QLocale().decimalPoint()}});
     return QStringLiteral("window.tarvikConfig = %1;")
         .arg(QString::fromUtf8(QJsonDocument(config).toJson(QJsonDocument::Compact)));
 }

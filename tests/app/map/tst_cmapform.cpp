@@ -375,6 +375,17 @@ private Q_SLOTS:
                                   ".map(function (e) { return e.textContent; })"))
                 .toStringList();
         QCOMPARE(lstShown, lstExpected);
+        // Distances and durations: the rounding picks the unit; the units are the client's.
+        const QString strTable = QStringLiteral(
+            "[formatDistance(994), formatDistance(996), formatDistance(1549),"
+            " formatDistance(9960), formatDistance(12345), formatDuration(30),"
+            " formatDuration(3720)].join('|')");
+        QCOMPARE(evalJs(pView, strTable).toString(),
+                 QStringLiteral("990 m|1.0 km|1.5 km|10 km|12 km|1 min|1 h 2 min"));
+        evalJs(pView, QStringLiteral("tarvikConfig.units = { m: '%1 M', km: '%1 KM', min: '%1 "
+                                     "MIN', h: '%1 H %2 MIN', decimalPoint: ',' };"));
+        QCOMPARE(evalJs(pView, strTable).toString(),
+                 QStringLiteral("990 M|1,0 KM|1,5 KM|10 KM|12 KM|1 MIN|1 H 2 MIN"));
         // A street name with markup in it stays text.
         QCOMPARE(
             evalJs(pView, QStringLiteral("document.querySelectorAll('#route b').length")).toInt(),
