@@ -219,7 +219,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("mode");
         QTest::addColumn<QString>("answer");
-        // Which device modes ask is the guard's own test; here both answers matter.
+        // Which device modes ask, and what each answer asks of MCE, is the guard's own
+        // test; here what each answer does to the form.
         QTest::newRow("offline, No") << "offline"
                                      << "No";
         QTest::newRow("flight, Yes") << "flight"
@@ -238,14 +239,11 @@ private Q_SLOTS:
         CComposeTarvikForm* pForm = openCompose(0, "+15550111", "s", "n");
         QTest::mouseClick(pForm->btnSend(), Qt::LeftButton);
         QCOMPARE(strAsked, CTexts::exitOfflineMode());
-        QVERIFY(log.contains("CComposeTarvikForm::onBtnSendClick: Exit offline mode: " + answer));
         if (answer == "No") {
             QCOMPARE(m_fixture.top<CComposeTarvikForm>(), pForm);
             QCOMPARE(pForm->textEditMessage()->toPlainText(), QString("n"));
-            QVERIFY(m_fixture.mce().requestedModes().isEmpty());
         } else {
             QVERIFY(m_fixture.top<CLocationPopupForm>());
-            QTRY_COMPARE(m_fixture.mce().requestedModes(), QStringList{"normal"});
         }
     }
 

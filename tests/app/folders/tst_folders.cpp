@@ -171,7 +171,7 @@ private Q_SLOTS:
         QVERIFY(log.contains("CTarvikItemDelegate::calcSize failed: invalid folder name"));
     }
 
-    // Flagged entries are bold; an entry is two lines high plus the gap and margins.
+    // Flagged entries are bold; both lines of an entry are drawn.
     void delegatePaintsTwoLines()
     {
         CTarvikListView view(nullptr, CAsyncTStorage::eFolderInbox);
@@ -182,12 +182,9 @@ private Q_SLOTS:
         option.font = view.font();
         option.widget = &view;
         option.rect = QRect(0, 0, 600, 80);
-        const QModelIndex none;
         QFont bold = view.font();
         bold.setBold(true);
         const int iLine = QFontMetrics(bold).height();
-        QCOMPARE(pDelegate->sizeHint(option, none),
-                 QSize(view.viewport()->width(), 2 * iLine + 3 + 10));
 
         int iInk[2];
         for (int iFlag = 0; iFlag < 2; ++iFlag) {
