@@ -436,6 +436,21 @@ private Q_SLOTS:
         QCOMPARE(m_routes.routeRequests(), 1);
     }
 
+    // No own position: the popup says so instead of starting a route from nowhere, and
+    // only then does a tap close it.
+    void locationPopupWithoutFix()
+    {
+        auto* pPopup = new CMapLocationPopupForm(m_pStack, m_pEngine);
+        m_pStack->showForm(pPopup);
+        QSignalSpy gotten(pPopup, &CMapLocationPopupForm::signalLocationGotten);
+        QSignalSpy closed(pPopup, &CForm::closeForm);
+        pPopup->onLocation(CLocation());
+        QCOMPARE(pPopup->text(), CTexts::unableToDetermineLocation());
+        QTest::mouseClick(pPopup->popup(), Qt::LeftButton);
+        QCOMPARE(closed.size(), 1);
+        QCOMPARE(gotten.size(), 0);
+    }
+
     void routeFailureShowsPopup_data()
     {
         QTest::addColumn<int>("mode");
