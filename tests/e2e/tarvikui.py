@@ -23,6 +23,9 @@ import sys
 import tempfile
 import time
 
+# The scripts import each other's helpers; no byte code is left in the source tree.
+sys.dont_write_bytecode = True
+
 SYSTEM_BUS_CONFIG = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-BUS Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
