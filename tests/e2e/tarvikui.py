@@ -166,6 +166,8 @@ class Session:
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "QT_ACCESSIBILITY": "1",
             "LC_ALL": "C.UTF-8",
+            # Far from UTC (+14 h), so that a time shown in UTC instead of local time shows.
+            "TZ": "Pacific/Kiritimati",
         })
         self.env = env
         # pyatspi finds the accessibility bus through these, so set them before import.
