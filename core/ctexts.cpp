@@ -158,5 +158,9 @@ TARVIK_TEXT(panWest, QT_TRANSLATE_NOOP("CTexts", "Pan west"))
 TARVIK_TEXT(zoomIn, QT_TRANSLATE_NOOP("CTexts", "Zoom in"))
 TARVIK_TEXT(zoomOut, QT_TRANSLATE_NOOP("CTexts", "Zoom out"))
 TARVIK_TEXT(routeSummary, QT_TRANSLATE_NOOP("CTexts", "Route: %1, about %2"))
+TARVIK_TEXT(distanceMetres, QT_TRANSLATE_NOOP("CTexts", "%1 m"))
+TARVIK_TEXT(distanceKilometres, QT_TRANSLATE_NOOP("CTexts", "%1 km"))
+TARVIK_TEXT(durationMinutes, QT_TRANSLATE_NOOP("CTexts", "%1 min"))
+TARVIK_TEXT(durationHours, QT_TRANSLATE_NOOP("CTexts", "%1 h %2 min"))
 
 }  // namespace Dravo

@@ -131,7 +131,11 @@ public:
     static const QString& panWest();
     static const QString& zoomIn();
     static const QString& zoomOut();
-    static const QString& routeSummary();  // "Route: %1, about %2" (distance, duration)
+    static const QString& routeSummary();        // "Route: %1, about %2" (distance, duration)
+    static const QString& distanceMetres();      // "%1 m"
+    static const QString& distanceKilometres();  // "%1 km"
+    static const QString& durationMinutes();     // "%1 min"
+    static const QString& durationHours();       // "%1 h %2 min" (hours, minutes)
 
 private:
     static QList<SEntry>& entries();

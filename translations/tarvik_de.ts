@@ -340,5 +340,21 @@ Das kann bis zu einer Minute dauern.</translation>
         <source>Route: %1, about %2</source>
         <translation>Route: %1, etwa %2</translation>
     </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 m</translation>
+    </message>
+    <message>
+        <source>%1 km</source>
+        <translation>%1 km</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>%1 h %2 min</source>
+        <translation>%1 Std. %2 min</translation>
+    </message>
 </context>
 </TS>

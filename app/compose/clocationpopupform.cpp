@@ -60,7 +60,7 @@ CLocationPopupForm::CLocationPopupForm(QWidget* parent, const CTarvik& tarvik, C
     // A coarse timer may fire up to 5 % early; the daemon is given the full time.
     m_timer.setTimerType(Qt::PreciseTimer);
     m_timer.setInterval(CLOSE_TIMEOUT);
-    connect(&m_timer, &QTimer::timeout, this, &CLocationPopupForm::closeLocationPopupForm,
+    connect(&m_timer, &QTimer::timeout, this, &CLocationPopupForm::onCloseTimeout,
             Qt::QueuedConnection);
 
     CConnectionManager* pManager = CConnectionManager::instance();
@@ -224,6 +224,15 @@ void CLocationPopupForm::fail(const QString& strText)
         // Without the animation the text sits in the middle of the panel.
         m_pProgress->hide();
     }
+}
+
+void CLocationPopupForm::onCloseTimeout()
+{
+    if (m_bBusy)
+        return;
+    qDebug("CLocationPopupForm::onCloseTimeout no answer from the daemon within %d ms",
+           m_timer.interval());
+    closeLocationPopupForm();
 }
 
 void CLocationPopupForm::closeLocationPopupForm()

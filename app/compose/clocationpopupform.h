@@ -47,6 +47,8 @@ public:
 
 public Q_SLOTS:
     void closeLocationPopupForm();
+    // The daemon did not answer in time: logged with the time waited, then closed.
+    void onCloseTimeout();
     void onLocation(Dravo::CLocation location);
     void settingsGotten(bool result, Dravo::CTSettings settings,
                         Dravo::CTarvikStorage::CUserData* userData = nullptr);

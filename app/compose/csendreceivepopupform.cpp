@@ -28,7 +28,7 @@ CSendReceivePopupForm::CSendReceivePopupForm(QWidget* parent)
     // A coarse timer may fire up to 5 % early; the daemon is given the full time.
     m_timer.setTimerType(Qt::PreciseTimer);
     m_timer.setInterval(CLOSE_TIMEOUT);
-    connect(&m_timer, &QTimer::timeout, this, &CSendReceivePopupForm::closePopupForm);
+    connect(&m_timer, &QTimer::timeout, this, &CSendReceivePopupForm::onCloseTimeout);
 
     CConnectionManager* pManager = CConnectionManager::instance();
     connect(pManager, &CConnectionManager::connected, this,
@@ -129,6 +129,15 @@ void CSendReceivePopupForm::fail(const char* pLogLine)
         // Without the animation the text sits in the middle of the panel.
         m_pProgress->hide();
     }
+}
+
+void CSendReceivePopupForm::onCloseTimeout()
+{
+    if (m_bBusy)
+        return;
+    qDebug("CSendReceivePopupForm::onCloseTimeout no answer from the daemon within %d ms",
+           m_timer.interval());
+    closePopupForm();
 }
 
 void CSendReceivePopupForm::closePopupForm()

@@ -29,6 +29,8 @@ public:
 
 public Q_SLOTS:
     void closePopupForm();
+    // The daemon did not answer in time: logged with the time waited, then closed.
+    void onCloseTimeout();
     void tarviksGotten(bool result, QList<Dravo::CTarvik> tarviks, uint folderName,
                        Dravo::CTarvikStorage::CUserData* userData = nullptr);
     void tarviksSaved(bool result, QList<int> tids, uint folderName,

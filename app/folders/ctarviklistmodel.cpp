@@ -6,18 +6,27 @@
 namespace Dravo {
 
 CTarvikListModel::CTarvikListModel(QObject* parent, CAsyncTStorage::eFolderName folderName)
-    : CAbstractListModel<CTarvik>(parent, parent), m_folderName(folderName)
+    : CAbstractListModel<CTarvik>(parent, parent), m_folderName(folderName), m_iPending(0)
 {
     CAsyncTStorage* pStorage = CAsyncTStorage::getInstance(1);
     connect(pStorage, &CAsyncTStorage::signalTarviksGotten, this,
             [this](bool result, const QList<CTarvik>& tarviks, uint folderName,
-                   CTarvikStorage::CUserData*) { tarviksGotten(result, tarviks, folderName); });
+                   CTarvikStorage::CUserData* pUserData) {
+                if (pUserData != &m_tag || m_iPending <= 0)
+                    return;
+                // The worker answers in order: earlier answers are stale, the last one
+                // fills the model.
+                if (--m_iPending == 0)
+                    tarviksGotten(result, tarviks, folderName);
+            });
 }
 
 void CTarvikListModel::refresh()
 {
     removeAllItems();
-    const bool bAsked = CAsyncTStorage::getInstance(1)->getTarviks(m_folderName, -1, 0, nullptr);
+    const bool bAsked = CAsyncTStorage::getInstance(1)->getTarviks(m_folderName, -1, 0, &m_tag);
+    if (bAsked)
+        ++m_iPending;
     Q_EMIT fetchingStarted();
     // No answer will come from a storage that is not open: do not stay busy.
     if (!bAsked) {

@@ -9,8 +9,9 @@
 
 namespace Dravo {
 
-// The messages of one folder, filled from the GUI's storage service. Answers for other
-// folders are ignored: every model listens to the same service.
+// The messages of one folder, filled from the GUI's storage service. Only answers to the
+// model's own requests are taken: every model, the notifier and the popups ask the same
+// service, and its answers reach everyone who listens.
 class CTarvikListModel : public CAbstractListModel<CTarvik>
 {
     Q_OBJECT
@@ -33,6 +34,9 @@ protected:
 
 private:
     CAsyncTStorage::eFolderName m_folderName;
+    // Marks the model's requests; only the answer to the latest one fills the model.
+    CTarvikStorage::CUserData m_tag;
+    int m_iPending;
 };
 
 }  // namespace Dravo

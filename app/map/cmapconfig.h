@@ -17,12 +17,15 @@ public:
     CMapConfig() = delete;
 
     // Tile URL template with {z}, {x}, {y} and optional {s}: $TARVIK_TILE_URL, else the
-    // build's default.
+    // build's default. A value that is not an http(s) URL or lacks {z}, {x} or {y} is
+    // logged and the default used.
     static QString tileUrl();
-    // The attribution shown on the map: $TARVIK_TILE_ATTRIBUTION, else the build's default.
+    // The attribution shown on the map, as HTML: $TARVIK_TILE_ATTRIBUTION, else the
+    // build's default.
     static QString tileAttribution();
     // Base URL of the OSRM-compatible route service, without a trailing slash:
-    // $TARVIK_ROUTE_URL, else the build's default.
+    // $TARVIK_ROUTE_URL, else the build's default. A value that is not an http(s) URL or
+    // carries a query or fragment is logged and the default used.
     static QString routeUrl();
     // "tarvik/<version> (<contact>)", sent with every tile and route request.
     static QString userAgent();

@@ -13,9 +13,12 @@ namespace Dravo {
 CMapLocationPopupForm::CMapLocationPopupForm(QWidget* parent, CLocationEngine* pEngine)
     : CTextPopupForm(parent, CTexts::requestingLocation(), true),
       m_pProvider(new CLocationProvider(this, pEngine)),
-      m_bClosed(false)
+      m_bClosed(false),
+      m_bFailed(false)
 {
     qDebug("CMapLocationPopupForm::CMapLocationPopupForm started");
+    disconnect(m_pPopup, &CTWPopup::onMouseReleased, this, &CTextPopupForm::onPopupMouseReleased);
+    connect(m_pPopup, &CTWPopup::onMouseReleased, this, &CMapLocationPopupForm::onPopupTapped);
     connect(m_pProvider, &CLocationProvider::onLocation, this, &CMapLocationPopupForm::onLocation);
     m_pProvider->requestLocation();
 }
@@ -38,11 +41,20 @@ void CMapLocationPopupForm::onLocation(const CLocation& location)
         return;
     }
     qDebug("CMapLocationPopupForm::onLocation: invalid location gotten");
+    m_bFailed = true;
     setText(CTexts::unableToDetermineLocation());
     if (m_pProgress) {
         m_pProgress->setBusy(false);
         m_pProgress->hide();
     }
+}
+
+void CMapLocationPopupForm::onPopupTapped()
+{
+    // Only the failure text can be tapped away; the wait for a position cannot.
+    if (!m_bFailed)
+        return;
+    onPopupMouseReleased();
 }
 
 void CMapLocationPopupForm::closeLocationPopupForm()

@@ -12,8 +12,9 @@ class CLocationEngine;
 class CLocationProvider;
 
 // Asks the location engine for the own position, the start of a route. A valid position
-// closes the popup and is handed on; an invalid one leaves the popup open with a message.
-// The engine's give-up time-out bounds the wait.
+// closes the popup and is handed on; an invalid one leaves the popup open with a message
+// that a tap closes. While it locates a tap does nothing, so the route is never left
+// without its start; the engine's give-up time-out bounds the wait.
 class CMapLocationPopupForm : public CTextPopupForm
 {
     Q_OBJECT
@@ -29,6 +30,7 @@ signals:
 public slots:
     void onLocation(const Dravo::CLocation& location);
     void closeLocationPopupForm();
+    void onPopupTapped();
 
 private:
     void stopRequest();
@@ -36,6 +38,7 @@ private:
     CLocationProvider* m_pProvider;
     CLocation m_location;
     bool m_bClosed;
+    bool m_bFailed;  // no position: the text says so and a tap closes the popup
 };
 
 }  // namespace Dravo

@@ -10,6 +10,7 @@
 #include <QWebEnginePage>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
+#include <QWebEngineSettings>
 #include <QtDebug>
 
 #include "cmapconfig.h"
@@ -19,6 +20,38 @@ namespace Dravo {
 namespace {
 const char* const kConfigScriptName = "tarvikConfig";
 }  // namespace
+
+CMapPage::CMapPage(QWebEngineProfile* pProfile) : QWebEnginePage(pProfile), m_bOwnLoad(false)
+{
+    QWebEngineSettings* pSettings = settings();
+    pSettings->setAttribute(QWebEngineSettings::LocalContentCanAccessFileUrls, false);
+    pSettings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, false);
+    pSettings->setAttribute(QWebEngineSettings::NavigateOnDropEnabled, false);
+}
+
+bool CMapPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame)
+{
+    // setHtml() loads its text as a data URL.
+    if (isMainFrame && m_bOwnLoad && url.scheme() == QLatin1String("data")) {
+        m_bOwnLoad = false;
+        return true;
+    }
+    qWarning().noquote() << QStringLiteral("CMapPage: navigation refused (type %1): %2")
+                                .arg(int(type))
+                                .arg(CMapWebView::logSafe(url.toDisplayString()));
+    return false;
+}
+
+void CMapPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level,
+                                        const QString& strMessage, int iLine,
+                                        const QString& strSource)
+{
+    qDebug().noquote() << QStringLiteral("CMapPage: console (%1) %2:%3: %4")
+                              .arg(int(level))
+                              .arg(CMapWebView::logSafe(strSource))
+                              .arg(iLine)
+                              .arg(CMapWebView::logSafe(strMessage));
+}
 
 CMapPageBridge::CMapPageBridge(CMapWebView* pView) : QObject(pView), m_pView(pView) {}
 
@@ -38,10 +71,11 @@ void CMapPageBridge::onMapTilesLoaded()
 }
 
 CMapWebView::CMapWebView(const CLocation& location, bool bIsRouteMap, QWidget* parent)
-    : CTWWebView(parent, eFilterBlockAllUserActions, CMapConfig::profile()),
+    : CTWWebView(parent, eFilterBlockAllUserActions, new CMapPage(CMapConfig::profile())),
       m_location(location),
       m_bIsRouteMap(bIsRouteMap),
       m_bPageReady(false),
+      m_pPage(static_cast<CMapPage*>(page())),
       m_pChannel(new QWebChannel(this)),
       m_pBridge(new CMapPageBridge(this))
 {
@@ -81,6 +115,7 @@ void CMapWebView::loadHtml()
     scripts.insert(config);
 
     m_bPageReady = false;
+    m_pPage->expectOwnLoad();
     setHtml(strHtml, QUrl(QStringLiteral("qrc:/")));
 }
 
@@ -173,6 +208,17 @@ QString CMapWebView::mapActionScript(int iActionType)
     }
 }
 
+QString CMapWebView::logSafe(const QString& strText)
+{
+    QString strSafe = strText.left(300);
+    for (QChar& c : strSafe) {
+        if (c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
+            c.category() == QChar::Separator_Paragraph)
+            c = QLatin1Char(' ');
+    }
+    return strSafe;
+}
+
 void CMapWebView::executeMapAction(int iActionType)
 {
     qDebug("CMapWebView::executeMapAction actionType = %d", iActionType);
@@ -203,7 +249,7 @@ void CMapWebView::onRouteLoaded()
 
 void CMapWebView::onRouteError(const QString& strText)
 {
-    qDebug().noquote() << "CMapWebView::onRouteError: " + strText;
+    qDebug().noquote() << "CMapWebView::onRouteError: " + logSafe(strText);
     emit signalRouteError();
 }
 

@@ -8,11 +8,35 @@
 #include "clocation.h"
 #include "ctwwebview.h"
 
+#include <QWebEnginePage>
+
 class QWebChannel;
 
 namespace Dravo {
 
 class CMapWebView;
+
+// The page of a map view. It loads only the view's own page: every other navigation (a
+// link, a script changing location, a drop) is refused and logged, windows cannot be
+// opened from script, and local content cannot read files. Its console lines reach the
+// log on one line each.
+class CMapPage : public QWebEnginePage
+{
+    Q_OBJECT
+public:
+    explicit CMapPage(QWebEngineProfile* pProfile);
+
+    // The next main-frame navigation is the view's own setHtml().
+    void expectOwnLoad() { m_bOwnLoad = true; }
+
+protected:
+    bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
+    void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& strMessage,
+                                  int iLine, const QString& strSource) override;
+
+private:
+    bool m_bOwnLoad;
+};
 
 // The object the pages know as jsEventsListener: it hands their callbacks to the view.
 // Only these three slots are published, not the view's own properties.
@@ -54,6 +78,9 @@ public:
     bool isPageReady() const { return m_bPageReady; }
     // The exact script texts of the map actions; an empty text for unknown actions.
     static QString mapActionScript(int iActionType);
+    // A text from the page made fit for one log line: line breaks and other control
+    // characters become spaces, and it is cut to 300 characters.
+    static QString logSafe(const QString& strText);
 
 signals:
     void signalRouteError();
@@ -80,6 +107,7 @@ private:
     bool m_bIsRouteMap;
     bool m_bPageReady;
     QStringList m_lstPending;
+    CMapPage* m_pPage;
     QWebChannel* m_pChannel;
     CMapPageBridge* m_pBridge;
 };

@@ -8,7 +8,6 @@
 #include <QPainter>
 #include <QTimer>
 #include <QWebEnginePage>
-#include <QWebEngineProfile>
 
 namespace Dravo {
 
@@ -67,21 +66,35 @@ bool CTWWebView::CBlockAllUserActionsEventFilter::eventFilter(QObject*, QEvent* 
         case QEvent::TabletMove:
         case QEvent::TabletPress:
         case QEvent::TabletRelease:
+        case QEvent::Wheel:
+        case QEvent::TouchBegin:
+        case QEvent::TouchUpdate:
+        case QEvent::TouchEnd:
+        case QEvent::TouchCancel:
+        case QEvent::Gesture:
+        case QEvent::GestureOverride:
+        case QEvent::NativeGesture:
+        case QEvent::DragEnter:
+        case QEvent::DragMove:
+        case QEvent::DragLeave:
+        case QEvent::Drop:
             return true;
         default:
             return false;
     }
 }
 
-CTWWebView::CTWWebView(QWidget* parent, int iFilterType, QWebEngineProfile* pProfile)
+CTWWebView::CTWWebView(QWidget* parent, int iFilterType, QWebEnginePage* pPage)
     : QWebEngineView(parent),
       m_bBusy(false),
       m_animation(CAnimation::PROGRESS_ANIMATION),
       m_pFilter(nullptr),
       m_pCover(nullptr)
 {
-    if (pProfile)
-        setPage(new QWebEnginePage(pProfile, this));
+    if (pPage) {
+        pPage->setParent(this);
+        setPage(pPage);
+    }
     page()->setBackgroundColor(Qt::black);
     setAutoFillBackground(false);
     m_pCover = new CBusyCover(this);
@@ -94,8 +107,10 @@ CTWWebView::CTWWebView(QWidget* parent, int iFilterType, QWebEngineProfile* pPro
 
     if (iFilterType == eFilterKineticScroll)
         m_pFilter = new CKineticScrollEventFilter(this);
-    else if (iFilterType == eFilterBlockAllUserActions)
+    else if (iFilterType == eFilterBlockAllUserActions) {
         m_pFilter = new CBlockAllUserActionsEventFilter(this);
+        setAcceptDrops(false);
+    }
     attachToInputWidget();
 }
 

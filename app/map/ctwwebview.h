@@ -9,7 +9,7 @@
 
 #include "canimation.h"
 
-class QWebEngineProfile;
+class QWebEnginePage;
 
 namespace Dravo {
 
@@ -33,7 +33,8 @@ public:
         bool m_bPressed;
     };
 
-    // Swallows every mouse, key and tablet action; a context menu request still passes.
+    // Swallows every mouse, wheel, key, tablet, touch, gesture and drag-and-drop action; a
+    // context menu request still passes.
     class CBlockAllUserActionsEventFilter : public QObject
     {
     public:
@@ -48,8 +49,9 @@ public:
         eFilterBlockAllUserActions = 2
     };
 
-    // pProfile: the profile of the view's page; the default profile when null.
-    CTWWebView(QWidget* parent, int iFilterType, QWebEngineProfile* pProfile = nullptr);
+    // pPage: the view's page, made without a parent (the view becomes it); the default
+    // page when null.
+    CTWWebView(QWidget* parent, int iFilterType, QWebEnginePage* pPage = nullptr);
 
     void setBusy(bool bBusy);
     bool isBusy() const { return m_bBusy; }

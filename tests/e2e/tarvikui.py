@@ -23,6 +23,9 @@ import sys
 import tempfile
 import time
 
+# The scripts import each other's helpers; no byte code is left in the source tree.
+sys.dont_write_bytecode = True
+
 SYSTEM_BUS_CONFIG = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-BUS Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
@@ -186,6 +189,8 @@ class Session:
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "QT_ACCESSIBILITY": "1",
             "LC_ALL": "C.UTF-8",
+            # Far from UTC (+14 h), so that a time shown in UTC instead of local time shows.
+            "TZ": "Pacific/Kiritimati",
         })
         self.env = env
         # pyatspi finds the accessibility bus through these, so set them before import.
@@ -435,6 +440,36 @@ class Session:
     def dbus(self, bus, dest, path, method, *args):
         subprocess.run(["dbus-send", "--" + bus, "--print-reply", "--dest=" + dest, path, method]
                        + list(args), env=self.env, check=True, capture_output=True)
+
+    def focus_elsewhere(self):
+        """Maps a small window of our own in the screen's corner and gives it the keyboard
+        focus, as when the user works in another program: the client's window turns
+        inactive."""
+        import ctypes
+        x11 = ctypes.CDLL("libX11.so.6")
+        x11.XOpenDisplay.restype = ctypes.c_void_p
+        x11.XOpenDisplay.argtypes = [ctypes.c_char_p]
+        for name in ("XDefaultRootWindow", "XCreateSimpleWindow"):
+            getattr(x11, name).restype = ctypes.c_ulong
+        x11.XDefaultRootWindow.argtypes = [ctypes.c_void_p]
+        x11.XCreateSimpleWindow.argtypes = [ctypes.c_void_p, ctypes.c_ulong] + \
+            [ctypes.c_int] * 2 + [ctypes.c_uint] * 3 + [ctypes.c_ulong] * 2
+        x11.XMapRaised.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
+        x11.XSetInputFocus.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int,
+                                       ctypes.c_ulong]
+        x11.XSync.argtypes = [ctypes.c_void_p, ctypes.c_int]
+        display = x11.XOpenDisplay(self.env["DISPLAY"].encode())
+        check(display, "cannot open the X display")
+        window = x11.XCreateSimpleWindow(display, x11.XDefaultRootWindow(display), 0, 0, 2, 2,
+                                         0, 0, 0)
+        x11.XMapRaised(display, window)
+        x11.XSync(display, 0)
+        x11.XSetInputFocus(display, window, 2, 0)  # RevertToParent, CurrentTime
+        x11.XSync(display, 0)
+        self._x_display = display  # the window lives as long as this connection
+        import pyatspi
+        wait_for(lambda: not any(f.getState().contains(pyatspi.STATE_ACTIVE)
+                                 for f in self.all("frame")), 10, "the client's window inactive")
 
     def screenshot(self, path):
         subprocess.run(["import", "-display", self.env["DISPLAY"], "-window", "root", path],

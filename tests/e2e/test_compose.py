@@ -153,10 +153,10 @@ def test_daemon_silent(bindir):
         s.wait_title("tarvik")
         compose_and_send(s, "+15550111", "Anyone?", "Nobody answers.")
         wait_for(lambda: label_shown(s, "Sending..."), 40, "the request to the daemon")
-        shown = time.monotonic()
-        s.wait_title("tarvik", timeout=10)
-        waited = time.monotonic() - shown
-        check(3.0 <= waited <= 6.0, "the popup closed after %.1f s" % waited)
+        # The client's own timer, not the clock of a busy machine, says how long it waited.
+        s.wait_title("tarvik", timeout=60)
+        check(s.logged("CLocationPopupForm::onCloseTimeout no answer from the daemon within "
+                       "4000 ms"), "the popup did not close on its time-out")
         rows = s.rows("outbox")
         check(len(rows) == 1 and rows[0]["tflag"] == 1, "outbox: %r" % rows)
         check(rows[0]["tnote"] == "Nobody answers.", "note: %r" % rows[0]["tnote"])

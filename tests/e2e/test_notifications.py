@@ -1,7 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The tarvik authors
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""New messages reach a real notification server (dunst) while tarvik is in the back."""
+"""New messages reach a real notification server (dunst) while tarvik is in the back, and
+the inbox left open behind another window lists each message once."""
 
 import json
 import os
@@ -37,7 +38,11 @@ def test_dunst_shows_senders(bindir):
                      "dunst on the bus")
             s.launch()
             s.wait_title("tarvik")
-            # Another window takes the focus, as when the user works elsewhere.
+            # The inbox stays open while another window takes the focus, as when the user
+            # works elsewhere; the notifier then reads the inbox too.
+            s.click(s.find("list item", "Inbox"))
+            s.wait_title("tarvik - Inbox")
+            s.focus_elsewhere()
             subprocess.run(["dbus-send", "--session", "--print-reply",
                             "--dest=com.qel.tarvikdaemon", "/com/qel/tarviksim",
                             "com.qel.TarvikSimControl.DeliverNow", "int32:1"],
@@ -57,6 +62,16 @@ def test_dunst_shows_senders(bindir):
                   "body %r" % note["body"]["data"])
             check(dunst.poll() is None,
                   "dunst ended (%r): %s" % (dunst.poll(), s._tail("dunst.log")))
+
+            # The notifier's read of the inbox has long been answered: once the window's
+            # own notice is tapped away, the list shows each stored message once.
+            s.tap_away("label", "New tarviks received")
+            stored = s.rows("inbox")
+            s.wait_title("tarvik - Inbox (%d)" % len(stored))
+            wanted = [r["tscreenname"] + ", " + r["ttitle"] for r in stored]
+            listed = [n for n in s.names("list item") if ", " in n]
+            check(sorted(listed) == sorted(wanted), "the inbox lists %r, stored %r"
+                  % (listed, wanted))
     finally:
         os.unlink(path)
 

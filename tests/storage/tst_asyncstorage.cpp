@@ -211,7 +211,10 @@ void StorageAsyncTest::guiThreadKeepsTurning()
     QVERIFY2(clock.elapsed() >= CTarvikStorage::busyTimeoutMs - 200,
              "the worker did not wait for the lock");
     QVERIFY2(ticks > CTarvikStorage::busyTimeoutMs / 20, qPrintable(QString::number(ticks)));
-    QVERIFY2(worstGap < 250, qPrintable(QStringLiteral("worst gap %1 ms").arg(worstGap)));
+    // Blocked, the GUI would miss its timer for the whole wait; a busy machine delays it
+    // far less than that.
+    QVERIFY2(worstGap < CTarvikStorage::busyTimeoutMs / 2,
+             qPrintable(QStringLiteral("worst gap %1 ms").arg(worstGap)));
 }
 
 void StorageAsyncTest::quitFinishesQueuedWritesAndRefusesLaterOnes()

@@ -37,14 +37,26 @@ function isBrowserCompatible() {
     return typeof L !== 'undefined' && typeof fetch !== 'undefined';
 }
 
+// The map moves only through the client's buttons: every handler that would move it on
+// a tap, drag, pinch, wheel turn or key press is off.
+var TARVIK_MAP_NO_USER_INPUT = {
+    dragging: false,
+    touchZoom: false,
+    scrollWheelZoom: false,
+    doubleClickZoom: false,
+    boxZoom: false,
+    keyboard: false,
+    tap: false
+};
+
 function createTarvikMap(elementId) {
-    var map = L.map(elementId, {
+    var map = L.map(elementId, Object.assign({}, TARVIK_MAP_NO_USER_INPUT, {
         zoomControl: false,
         fadeAnimation: false,
         zoomAnimation: false,
         markerZoomAnimation: false,
         inertia: false
-    });
+    }));
     L.tileLayer(tarvikConfig.tileUrl, {
         attribution: tarvikConfig.tileAttribution,
         maxZoom: 19,
@@ -71,15 +83,27 @@ function zoomTarvikMap(map, direction) {
 
 var ROUTE_COLOUR = '#ff2d6f';
 
+// The client's unit texts ("%1 km") and decimal point; English without them.
+function unitText(name, first, second) {
+    var units = tarvikConfig.units || {};
+    var fallback = { m: '%1 m', km: '%1 km', min: '%1 min', h: '%1 h %2 min' };
+    return (units[name] || fallback[name]).replace('%1', first).replace('%2', second);
+}
+
+// Metres to the nearest ten below 1 km, then kilometres to one decimal below 10 km and
+// whole ones above; the rounding decides the unit, so 996 m reads 1.0 km, not 1000 m.
 function formatDistance(metres) {
-    if (metres >= 1000) return (metres / 1000).toFixed(metres >= 10000 ? 0 : 1) + ' km';
-    return (Math.round(metres / 10) * 10) + ' m';
+    var tens = Math.round(metres / 10) * 10;
+    if (tens < 1000) return unitText('m', tens);
+    var text = (metres / 1000).toFixed(1);
+    if (Number(text) >= 10) text = (metres / 1000).toFixed(0);
+    return unitText('km', text.replace('.', (tarvikConfig.units || {}).decimalPoint || '.'));
 }
 
 function formatDuration(seconds) {
     var minutes = Math.max(1, Math.round(seconds / 60));
-    if (minutes < 60) return minutes + ' min';
-    return Math.floor(minutes / 60) + ' h ' + (minutes % 60) + ' min';
+    if (minutes < 60) return unitText('min', minutes);
+    return unitText('h', Math.floor(minutes / 60), minutes % 60);
 }
 
 var routeAnswers = {};

@@ -108,7 +108,6 @@ private Q_SLOTS:
         QVERIFY(manager->requestConnection());
         QTRY_COMPARE(m_lstEvents.size(), 2);
         QCOMPARE(m_lstEvents.last(), QStringLiteral("C"));
-        QVERIFY(log.contains(QStringLiteral("Connection to DBus already established.")));
     }
 #else
     void requestWhileUpAnswersConnected()
@@ -126,7 +125,6 @@ private Q_SLOTS:
         QCOMPARE(manager->backendName(), QStringLiteral("networkmanager"));
         QVERIFY(log.contains(
             QStringLiteral("CConnectionManager: network information from networkmanager")));
-        QVERIFY(manager->activeConnections().contains(QStringLiteral("networkmanager")));
         QCOMPARE(countEndingWith(log, QLatin1Char(' ') + kConnected), 1);
         QVERIFY(log.containsPrefix(
             QStringLiteral("Hey, we are connected to IAP networkmanager with bearer ")));
@@ -163,8 +161,6 @@ private Q_SLOTS:
         QCOMPARE(countEndingWith(log, kDisconnected), downs);
         QCOMPARE(log.count(kErrorNone), downs);
         QCOMPARE(m_lstEvents, events);
-        QVERIFY(CConnectionManager::instance()->activeConnections().contains(
-            QStringLiteral("networkmanager")));
     }
 
     void requestWhileOfflineTimesOut()
@@ -177,11 +173,9 @@ private Q_SLOTS:
         CLogCapture log;
         manager->setConnectTimeout(400);
         QVERIFY(manager->requestConnection());
-        QVERIFY(log.contains(QStringLiteral("Connection to DBus already established.")));
-        QVERIFY(log.contains(QStringLiteral("Cleaning up older connection...")));
-        QVERIFY(log.contains(QStringLiteral("Cleanup result: true")));
-        // Reported at once, so no popup waits for the time-out...
-        QTRY_COMPARE_WITH_TIMEOUT(m_lstEvents, QStringList{QStringLiteral("D")}, 300);
+        // Reported at once, so no popup waits for the time-out: the time-out, which logs
+        // its failure, has not run when the first report arrives...
+        QTRY_COMPARE(m_lstEvents, QStringList{QStringLiteral("D")});
         QVERIFY(!log.contains(kErrorFailed));
         // ...and again when the time-out runs out.
         QTRY_COMPARE(m_lstEvents, (QStringList{QStringLiteral("D"), QStringLiteral("D")}));
@@ -199,8 +193,6 @@ private Q_SLOTS:
         CConnectionManager* manager = CConnectionManager::instance();
         QVERIFY(manager->requestConnection());
         QVERIFY(manager->requestConnection());
-        QCOMPARE(log.count(QStringLiteral("Connection to DBus already established.")), 2);
-        QCOMPARE(log.count(QStringLiteral("Cleaning up older connection...")), 2);
         QTRY_COMPARE(m_lstEvents, QStringList{QStringLiteral("C")});
         setNetworkState(20);
         QTRY_COMPARE(m_lstEvents, (QStringList{QStringLiteral("C"), QStringLiteral("D")}));
@@ -235,7 +227,6 @@ private Q_SLOTS:
         CConnectionManager* manager = CConnectionManager::instance();
         manager->onAppQuit();
         QVERIFY(log.contains(QStringLiteral("CConnectionManager::onAppQuit()")));
-        QVERIFY(log.contains(QStringLiteral("Cleanup result: true")));
         QVERIFY(!manager->isRequestActive());
         // The change reaches the process (the network information reports it) and the
         // manager, disconnected at quit, says nothing.

@@ -141,12 +141,14 @@ private Q_SLOTS:
         QCOMPARE(guard.deviceMode(), mode);
         QCOMPARE(guard.modeSource(), source);
 
-        // Yes asks for "normal"; No leaves the device as it was.
+        // Yes asks for "normal"; No leaves the device as it was. The guard asks over the
+        // same bus connection as the control call, so the fake has seen any request of the
+        // guard before it answers that call: no need, and no use, to poll for nothing.
         if (source == CDeviceModeGuard::eSourceMce) {
-            const QStringList expected = answer == QLatin1String("yes")
-                                             ? QStringList{QStringLiteral("normal")}
-                                             : QStringList();
-            QTRY_COMPARE(mceRequestedModes(), expected);
+            if (answer == QLatin1String("yes"))
+                QTRY_COMPARE(mceRequestedModes(), QStringList{QStringLiteral("normal")});
+            else
+                QCOMPARE(mceRequestedModes(), QStringList());
         } else if (source == CDeviceModeGuard::eSourceNetworkManager && !answer.isEmpty()) {
             if (proceed) {
                 QTRY_VERIFY(nmProperty("NetworkingEnabled").toBool());

@@ -23,8 +23,6 @@ using namespace Dravo::Test;
 
 namespace {
 
-const QString kPrefix = QStringLiteral("CComposeTarvikForm::onBtnContactsClick ");
-
 // Warnings of the vCard library, e.g. for multi-valued attributes read as one value.
 int g_iVCardWarnings = 0;
 
@@ -99,49 +97,41 @@ private Q_SLOTS:
         QTest::addColumn<int>("detailRow");          // -1: no detail dialog expected
         QTest::addColumn<QString>("detailAction");   // "ok", "ok-none", "cancel", "parent gone"
         QTest::addColumn<QString>("result");
-        QTest::addColumn<QStringList>("logLines");
 
-        QTest::newRow("one phone")
-            << QStringList{"Ann One-Phone"} << "ok" << -1 << ""
-            << "+3725550001" << QStringList{kPrefix + "total amount of phones/emails = 1"};
-        QTest::newRow("one e-mail")
-            << QStringList{"Dan One-Mail"} << "ok" << -1 << ""
-            << "dan@example.org" << QStringList{kPrefix + "total amount of phones/emails = 1"};
+        QTest::newRow("one phone") << QStringList{"Ann One-Phone"} << "ok" << -1 << ""
+                                   << "+3725550001";
+        QTest::newRow("one e-mail") << QStringList{"Dan One-Mail"} << "ok" << -1 << ""
+                                    << "dan@example.org";
         QTest::newRow("phone and e-mail, pick e-mail")
             << QStringList{"Bob Phone-And-Mail"} << "ok" << 1 << "ok"
-            << "bob@example.org" << QStringList{kPrefix + "total amount of phones/emails = 2"};
+            << "bob@example.org";
         QTest::newRow("two phones, pick first")
             << QStringList{"Eve Two-Phones"} << "ok" << 0 << "ok"
-            << "+3726000001" << QStringList{kPrefix + "total amount of phones/emails = 2"};
+            << "+3726000001";
         QTest::newRow("detail cancelled")
             << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "cancel"
-            << "" << QStringList{kPrefix + "details GTK_RESPONSE_DELETE_EVENT nothing selected"};
+            << "";
         QTest::newRow("detail: parent window gone")
             << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "parent gone"
-            << "" << QStringList{kPrefix + "details GTK_RESPONSE_DELETE_EVENT nothing selected"};
+            << "";
         QTest::newRow("detail without selection")
             << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "ok-none"
-            << "" << QStringList{kPrefix + "can't get selected field from details!"};
+            << "";
         QTest::newRow("neither phone nor e-mail")
             << QStringList{"Cid No-Address"} << "ok" << -1 << ""
-            << ""
-            << QStringList{kPrefix + "total amount of phones/emails = 0",
-                           kPrefix + "contact has no phones/emails!"};
+            << "";
         QTest::newRow("several chosen: the first shown")
             << QStringList{"Eve Two-Phones", "Ann One-Phone"} << "ok" << -1 << ""
-            << "+3725550001" << QStringList{kPrefix + "total amount of phones/emails = 1"};
-        QTest::newRow("chooser cancelled")
-            << QStringList{"Ann One-Phone"} << "cancel" << -1 << ""
-            << "" << QStringList{kPrefix + "chooser GTK_RESPONSE_DELETE_EVENT nothing selected"};
+            << "+3725550001";
+        QTest::newRow("chooser cancelled") << QStringList{"Ann One-Phone"} << "cancel" << -1 << ""
+                                           << "";
         QTest::newRow("chooser: parent window gone")
             << QStringList{"Ann One-Phone"} << "parent gone" << -1 << ""
-            << "" << QStringList{kPrefix + "chooser GTK_RESPONSE_DELETE_EVENT nothing selected"};
-        QTest::newRow("chooser without selection")
-            << QStringList() << "ok" << -1 << ""
-            << "" << QStringList{kPrefix + "nothing selected"};
-        QTest::newRow("non-ASCII name")
-            << QStringList{"Õie Ümarik"} << "ok" << -1 << ""
-            << "+3725550099" << QStringList{kPrefix + "total amount of phones/emails = 1"};
+            << "";
+        QTest::newRow("chooser without selection") << QStringList() << "ok" << -1 << ""
+                                                   << "";
+        QTest::newRow("non-ASCII name") << QStringList{"Õie Ümarik"} << "ok" << -1 << ""
+                                        << "+3725550099";
     }
 
     void choose()
@@ -151,9 +141,7 @@ private Q_SLOTS:
         QFETCH(int, detailRow);
         QFETCH(QString, detailAction);
         QFETCH(QString, result);
-        QFETCH(QStringList, logLines);
 
-        CLogCapture log;
         QScopedPointer<QWidget> parent(new QWidget);
         CContactChooser chooser(parent.data());
         QSignalSpy finished(&chooser, &CContactChooser::finished);
@@ -196,9 +184,6 @@ private Q_SLOTS:
             QVERIFY(!chooser.detailDialog());
         }
         QCOMPARE(g_iVCardWarnings, 0);
-        for (const QString& line : logLines) {
-            QVERIFY2(log.count(line) == 1, qPrintable(line + " in\n" + log.lines().join('\n')));
-        }
     }
 
     void searchFiltersByNameAndAddress_data()

@@ -10,14 +10,12 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include "cbuscall.h"
 #include "cprivatebus.h"
-#include "expectedbusxml.h"
 
 using Dravo::Test::binaryPath;
 using Dravo::Test::CHelperProcess;
@@ -150,12 +148,13 @@ private Q_SLOTS:
         QVERIFY2(client.start(binaryPath("tarvik"), {}, kShownMarker, 20000, env(home.path())),
                  client.output().constData());
 
-        // On the bus under its name, describing itself exactly.
+        // On the bus under its name with both of its interfaces (their members are the
+        // generated adaptors' and answer in AppDBusObjectTest).
         QVERIFY(m_bus.interface()->isServiceRegistered("com.qel.tarvik"));
-        const QDBusMessage introspection = introspectClient();
-        const QString strMismatch =
-            TarvikTest::introspectionMismatch(introspection.arguments().value(0).toString());
-        QVERIFY2(strMismatch.isEmpty(), qPrintable(strMismatch));
+        const QString strXml = introspectClient().arguments().value(0).toString();
+        QVERIFY2(strXml.contains("<interface name=\"com.qel.TarvikClient\">") &&
+                     strXml.contains("<interface name=\"com.qel.TarvikOsso\">"),
+                 qPrintable(strXml));
 
         QTRY_VERIFY(busSignalNames().contains("ApplicationStarted"));
         const QStringList lstLog = logOf(home.path());
@@ -205,11 +204,9 @@ private Q_SLOTS:
         QProcessEnvironment e = env(home.path());
         e.insert("XDG_CONFIG_HOME", home.path() + "/.config");
         e.remove("QT_LOGGING_RULES");
+        // A start-up waiting for the absent daemon would wait out the bus's 25 s time-out.
         CHelperProcess client;
-        QElapsedTimer timer;
-        timer.start();
         QVERIFY(client.start(binaryPath("tarvik"), {}, kShownMarker, 20000, e));
-        QVERIFY(timer.elapsed() < 10000);
         QVERIFY(containsInOrder(logOf(home.path()), kStartupLines));
         QTRY_VERIFY(busSignalNames().contains("ApplicationStarted"));
         // Fresh account: the registration form covers the menu.

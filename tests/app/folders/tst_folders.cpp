@@ -108,11 +108,16 @@ private Q_SLOTS:
         QCOMPARE(complete.size(), 2);
         QCOMPARE(model.rowCount(), 3);
 
-        // A second refresh before the first answer: both answers are appended.
+        // A second refresh before the first answer, and someone else reading the folder:
+        // only the latest own answer fills the model. The worker answers in order, so the
+        // other reader's answer comes last.
+        QSignalSpy answers(CAsyncTStorage::getInstance(1), &CAsyncTStorage::signalTarviksGotten);
         model.refresh();
         model.refresh();
-        QTRY_COMPARE_WITH_TIMEOUT(complete.size(), 4, 5000);
-        QCOMPARE(model.rowCount(), 6);
+        QVERIFY(CAsyncTStorage::getInstance(1)->getTarviks(CAsyncTStorage::eFolderInbox));
+        QTRY_COMPARE_WITH_TIMEOUT(answers.size(), 3, 5000);
+        QCOMPARE(complete.size(), 3);
+        QCOMPARE(model.rowCount(), 3);
     }
 
     void delegateIcon_data()
@@ -166,7 +171,7 @@ private Q_SLOTS:
         QVERIFY(log.contains("CTarvikItemDelegate::calcSize failed: invalid folder name"));
     }
 
-    // Flagged entries are bold; an entry is two lines high plus the gap and margins.
+    // Flagged entries are bold; both lines of an entry are drawn.
     void delegatePaintsTwoLines()
     {
         CTarvikListView view(nullptr, CAsyncTStorage::eFolderInbox);
@@ -177,12 +182,9 @@ private Q_SLOTS:
         option.font = view.font();
         option.widget = &view;
         option.rect = QRect(0, 0, 600, 80);
-        const QModelIndex none;
         QFont bold = view.font();
         bold.setBold(true);
         const int iLine = QFontMetrics(bold).height();
-        QCOMPARE(pDelegate->sizeHint(option, none),
-                 QSize(view.viewport()->width(), 2 * iLine + 3 + 10));
 
         int iInk[2];
         for (int iFlag = 0; iFlag < 2; ++iFlag) {

@@ -11,6 +11,8 @@
 #include <QWebEnginePage>
 #include <QWebEngineView>
 #include <QtTest>
+#include <memory>
+#include <optional>
 
 namespace TarvikTest {
 
@@ -23,17 +25,19 @@ inline void prepareWebEngine()
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
 }
 
-// Runs a script in the view's page and waits for its result.
-inline QVariant evalJs(QWebEngineView* pView, const QString& strScript, int iTimeoutMs = 5000)
+// Runs a script in the view's page and waits for its result; the test fails when no
+// result comes.
+inline QVariant evalJs(QWebEngineView* pView, const QString& strScript, int iTimeoutMs = 30000)
 {
-    QVariant result;
-    bool bDone = false;
-    pView->page()->runJavaScript(strScript, [&](const QVariant& value) {
-        result = value;
-        bDone = true;
-    });
-    (void)QTest::qWaitFor([&] { return bDone; }, iTimeoutMs);
-    return result;
+    auto pResult = std::make_shared<std::optional<QVariant>>();
+    // The callback may outlive a wait that gave up; it holds the result by sharing it.
+    pView->page()->runJavaScript(strScript, [pResult](const QVariant& value) { *pResult = value; });
+    if (!QTest::qWaitFor([&] { return pResult->has_value(); }, iTimeoutMs)) {
+        QTest::qFail(qPrintable(QStringLiteral("no answer from the page to: ") + strScript),
+                     __FILE__, __LINE__);
+        return QVariant();
+    }
+    return **pResult;
 }
 
 // How many pixels of the image inside area are within tolerance of colour.
