@@ -49,6 +49,45 @@ inline CTarvik makeTarvik(const QString& title, qint64 seconds, double latitude 
     return tarvik;
 }
 
+// A message with every field set to something of its own.
+inline CTarvik makeFullTarvik()
+{
+    CTarvik tarvik;
+    tarvik.setId(17);
+    tarvik.setFrom(QStringLiteral("+3725550001"));
+    tarvik.setTo(QStringLiteral("+3725550009, carol@example.org"));
+    tarvik.setDateTime(QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5), Qt::UTC));
+    tarvik.setTz(120);
+    tarvik.setTitle(QStringLiteral("Lunch"));
+    tarvik.setNote(QStringLiteral("At the corner"));
+    tarvik.setLatitude(59.4369608);
+    tarvik.setLongitude(24.7535747);
+    tarvik.setScreenname(QStringLiteral("Alice"));
+    tarvik.setAddress(QStringLiteral("Raekoja plats 1, Tallinn"));
+    tarvik.setType(QStringLiteral("cafe"));
+    tarvik.setTypedesc(QStringLiteral("Cafe"));
+    tarvik.setImage(QStringLiteral("cafe.png"));
+    tarvik.setPriority(2);
+    tarvik.setColor(QStringLiteral("#ff8800"));
+    tarvik.setReg(QStringLiteral("356938035643809"));
+    tarvik.setCountry(248);
+    tarvik.setCarrier(QStringLiteral("Elisa"));
+    tarvik.setVersion(QStringLiteral("1.0.5"));
+    tarvik.setFlag(3);
+    return tarvik;
+}
+
+// A message as it arrives from `sender` under the stanza id `id`: unread, without the IMEI,
+// which never leaves the handset.
+inline CTarvik asReceived(CTarvik tarvik, const QString& sender, const QString& id)
+{
+    tarvik.setFrom(sender);
+    tarvik.setGuid(id);
+    tarvik.setReg(QString());
+    tarvik.setFlag(1);
+    return tarvik;
+}
+
 // Every field of a message but its id, as text, for comparing two messages whole.
 inline QStringList fields(const CTarvik& t)
 {

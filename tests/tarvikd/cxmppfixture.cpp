@@ -3,6 +3,8 @@
 
 #include "cxmppfixture.h"
 
+#include "storagefixture.h"
+
 #include <QDBusConnectionInterface>
 #include <QDir>
 #include <QFile>
@@ -293,26 +295,12 @@ void CXmppUser::queue(const CTarvik& tarvik)
 
 CTarvik CXmppUser::message(const QString& to, const QString& title) const
 {
-    CTarvik tarvik;
+    CTarvik tarvik = makeFullTarvik();
+    tarvik.setId(-1);
     tarvik.setFrom(m_strNumber);
     tarvik.setTo(to);
-    tarvik.setDateTime(QDateTime::fromSecsSinceEpoch(1795000000 + qHash(title) % 100000, Qt::UTC));
-    tarvik.setTz(2);
     tarvik.setTitle(title);
-    tarvik.setNote(QStringLiteral("Meet me at the tree"));
-    tarvik.setLatitude(59.4372155);
-    tarvik.setLongitude(24.7453688);
     tarvik.setScreenname(m_strScreenname);
-    tarvik.setAddress(QStringLiteral("Raekoja plats 1"));
-    tarvik.setType(QStringLiteral("meet"));
-    tarvik.setTypedesc(QStringLiteral("Meeting"));
-    tarvik.setImage(QStringLiteral("tree.png"));
-    tarvik.setPriority(2);
-    tarvik.setColor(QStringLiteral("#33ccff"));
-    tarvik.setReg(QStringLiteral("356938035643809"));
-    tarvik.setCountry(372);
-    tarvik.setCarrier(QStringLiteral("Telia"));
-    tarvik.setVersion(QStringLiteral("1.0.5"));
     return tarvik;
 }
 
