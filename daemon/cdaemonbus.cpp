@@ -30,7 +30,8 @@ CDaemonBus::CDaemonBus(const QString& prefix, const QDBusConnection& bus, QObjec
       m_strPrefix(prefix + QStringLiteral(": ")),
       m_bus(bus),
       m_bClientStarted(false),
-      m_bRegistered(false)
+      m_bRegistered(false),
+      m_bNameTaken(false)
 {
     // The bus connection reports its loss only to those who ask.
     m_busCheckTimer.setInterval(1000);
@@ -97,6 +98,7 @@ bool CDaemonBus::start(QString* pError)
                                             QDBusConnectionInterface::DontAllowReplacement)
             : QDBusReply<QDBusConnectionInterface::RegisterServiceReply>();
     if (!reply.isValid() || reply.value() != QDBusConnectionInterface::ServiceRegistered) {
+        m_bNameTaken = reply.isValid();
         if (pError) {
             *pError =
                 reply.isValid()

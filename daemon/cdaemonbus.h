@@ -31,6 +31,8 @@ public:
     // Listens to the client, then takes the name. False with the reason when the object
     // path or the name is taken (another daemon runs) or the bus refuses.
     bool start(QString* pError);
+    // start() failed because another process owns the name.
+    bool nameTaken() const { return m_bNameTaken; }
     // Calls one of the client's methods; a failure is logged, nothing waits for it.
     void callClient(const QString& method);
     // The client announced itself (OnClientStarted, ApplicationStarted) and has not left.
@@ -79,6 +81,7 @@ private:
     QTimer m_busCheckTimer;
     bool m_bClientStarted;
     bool m_bRegistered;
+    bool m_bNameTaken;
 };
 
 }  // namespace Dravo

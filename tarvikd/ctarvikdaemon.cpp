@@ -117,6 +117,11 @@ CTarvikDaemon::~CTarvikDaemon()
 
 bool CTarvikDaemon::start(QString* pError)
 {
+    // The bus name first: a second daemon leaves before it touches the database. Requests
+    // that come meanwhile wait in the event loop.
+    if (!m_pBus->start(pError)) {
+        return false;
+    }
     QString error;
     const bool existed = CDaemonStore::databaseExists();
     if (!m_store.ensureDatabase(&error)) {
@@ -124,15 +129,11 @@ bool CTarvikDaemon::start(QString* pError)
     } else if (!existed) {
         say(QStringLiteral("created the database %1").arg(CDaemonStore::databasePath()));
     }
-    if (!m_pBus->start(pError)) {
-        return false;
-    }
     if (m_config.m_strDomain.isEmpty()) {
         complain(QStringLiteral("no service domain: set xmpp_domain in %1 or TARVIK_XMPP_DOMAIN; "
                                 "registration and sending will fail")
                      .arg(CXmppConfig::configFile()));
     }
-    // A network that comes back is worth an attempt at once, whatever the back-off says.
     // A network that comes back is worth an attempt at once, whatever the back-off says.
     // NetworkManager announces it on the system bus; that one signal is all the daemon
     // needs, without Qt's network stack and the Kerberos and proxy libraries it brings.
@@ -150,6 +151,11 @@ bool CTarvikDaemon::start(QString* pError)
         say(QStringLiteral("serving %1; no registered account yet").arg(CDaemonBus::serviceName));
     }
     return true;
+}
+
+bool CTarvikDaemon::anotherRunning() const
+{
+    return m_pBus->nameTaken();
 }
 
 void CTarvikDaemon::shutdown()

@@ -41,6 +41,8 @@ public:
     // Prepares the database, goes on the bus and, with a registered account, online.
     // False with the reason when another daemon runs or the bus refuses.
     bool start(QString* pError);
+    // start() failed because another daemon serves the bus name.
+    bool anotherRunning() const;
     // Ends the session cleanly and stores what has arrived; called before quitting.
     void shutdown();
 

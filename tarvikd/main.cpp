@@ -15,6 +15,7 @@
 #include <QSocketNotifier>
 #include <cstdio>
 
+#include "cdaemonbus.h"
 #include "ctarvikdaemon.h"
 #include "cxmppconfig.h"
 
@@ -57,8 +58,9 @@ int main(int argc, char* argv[])
         "  xmpp_server=host:port       where to connect (default: DNS SRV of the domain)\n"
         "  xmpp_ca_file=/path/ca.pem   certificates trusted besides the system's\n"
         "Each key is overridden by TARVIK_XMPP_DOMAIN, TARVIK_XMPP_SERVER, TARVIK_XMPP_CA_FILE.\n\n"
-        "Exit codes: 0 stopped, 1 bad option or no session bus, 2 another daemon owns the name, "
-        "3 session bus lost."));
+        "Exit codes: 0 stopped, or another tarvikd already serves the name (it says so and "
+        "leaves); 1 bad option or no session bus; 2 the bus refused the name; 3 session bus "
+        "lost."));
     parser.addHelpOption();
     const QCommandLineOption verbose(QStringLiteral("verbose"),
                                      QStringLiteral("Also log the storage's debug lines."));
@@ -104,8 +106,16 @@ int main(int argc, char* argv[])
         Dravo::CTarvikDaemon daemon(config, bus);
         QString error;
         if (!daemon.start(&error)) {
-            qCritical().noquote() << "tarvikd: " + error;
-            status = 2;
+            if (daemon.anotherRunning()) {
+                // Started twice (bus activation, autostart and a hand racing each other):
+                // the one that runs serves, so this is no failure.
+                qInfo().noquote() << QStringLiteral(
+                                         "tarvikd: another tarvikd already serves %1; exiting")
+                                         .arg(Dravo::CDaemonBus::serviceName);
+            } else {
+                qCritical().noquote() << "tarvikd: " + error;
+                status = 2;
+            }
         } else {
             std::fputs("ready\n", stdout);
             std::fflush(stdout);
