@@ -8,6 +8,7 @@
 #include <QDebug>
 
 #include "cdaemonbus.h"
+#include "cinboxnotifier.h"
 #include "cstanzacodec.h"
 #include "cxmppaddress.h"
 
@@ -51,6 +52,7 @@ CTarvikDaemon::CTarvikDaemon(const CXmppConfig& config, const QDBusConnection& b
       m_config(config),
       m_bus(bus),
       m_pBus(new CDaemonBus(QStringLiteral("tarvikd"), bus, this)),
+      m_pNotifier(new CInboxNotifier(bus, this)),
       m_store(QStringLiteral("tarvikd")),
       m_passwords(bus),
       m_pXmpp(new CXmppConnection),
@@ -86,6 +88,10 @@ CTarvikDaemon::CTarvikDaemon(const CXmppConfig& config, const QDBusConnection& b
     connect(m_pBus, &CDaemonBus::resumeRequested, this, &CTarvikDaemon::onResume);
     connect(m_pBus, &CDaemonBus::startRequested, this, &CTarvikDaemon::onResume);
     connect(m_pBus, &CDaemonBus::stopRequested, this, &CTarvikDaemon::onStop);
+    connect(m_pBus, &CDaemonBus::clientStarted, this, &CTarvikDaemon::onClientStarted);
+    // The notification's action starts the client if need be (the bus activates it).
+    connect(m_pNotifier, &CInboxNotifier::openInboxRequested, this,
+            [this]() { callClient("OpenInbox"); });
     connect(m_pBus, &CDaemonBus::busLost, this, []() {
         qCritical() << "tarvikd: lost the session bus; exiting";
         QCoreApplication::exit(3);
@@ -258,6 +264,12 @@ void CTarvikDaemon::onNetworkReachable()
         m_iBackoffMs = kFirstBackoffMs;
         goOnline();
     }
+}
+
+void CTarvikDaemon::onClientStarted()
+{
+    // The client announces what arrives from now on, and shows what came before.
+    m_pNotifier->withdraw();
 }
 
 void CTarvikDaemon::onConnected(const QString& boundJid)
@@ -739,6 +751,12 @@ void CTarvikDaemon::flushIncoming()
         say(QStringLiteral("%1 new messages in the inbox").arg(stored));
         if (m_pBus->clientRunning()) {
             callClient("OnMessagesReceived");
+        } else {
+            QStringList senders;
+            for (const CTarvik& tarvik : qAsConst(fresh)) {
+                senders << (tarvik.screenname().isEmpty() ? tarvik.from() : tarvik.screenname());
+            }
+            m_pNotifier->announce(senders);
         }
     }
 }

@@ -20,6 +20,7 @@
 namespace Dravo {
 
 class CDaemonBus;
+class CInboxNotifier;
 
 // The daemon: carries the client's outbox to XMPP recipients and incoming tarviks into the
 // inbox, registers the account, and answers the client over D-Bus. Database work happens
@@ -65,6 +66,7 @@ private Q_SLOTS:
     void flushIncoming();
     void onNetworkState(uint state);
     void onNetworkReachable();
+    void onClientStarted();
 
 private:
     enum eRegistrationStep
@@ -116,6 +118,7 @@ private:
     CXmppConfig m_config;
     QDBusConnection m_bus;
     CDaemonBus* m_pBus;
+    CInboxNotifier* m_pNotifier;
     CDaemonStore m_store;
     CPasswordStore m_passwords;
     QThread m_thread;

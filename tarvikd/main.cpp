@@ -17,6 +17,7 @@
 
 #include "cdaemonbus.h"
 #include "ctarvikdaemon.h"
+#include "ctranslations.h"
 #include "cxmppconfig.h"
 
 namespace {
@@ -68,6 +69,9 @@ int main(int argc, char* argv[])
     parser.process(app);
     g_bVerbose = parser.isSet(verbose);
     qInstallMessageHandler(daemonMessageHandler);
+
+    // The desktop notification speaks the user's language, as the client does.
+    Dravo::CTranslations::install(QLocale::system());
 
     Dravo::CXmppConfig config;
     QStringList problems;
