@@ -89,6 +89,7 @@ CTarvikDaemon::CTarvikDaemon(const CXmppConfig& config, const QDBusConnection& b
     connect(m_pBus, &CDaemonBus::startRequested, this, &CTarvikDaemon::onResume);
     connect(m_pBus, &CDaemonBus::stopRequested, this, &CTarvikDaemon::onStop);
     connect(m_pBus, &CDaemonBus::clientStarted, this, &CTarvikDaemon::onClientStarted);
+    connect(m_pBus, &CDaemonBus::clientGone, this, &CTarvikDaemon::onClientGone);
     // The notification's action starts the client if need be (the bus activates it).
     connect(m_pNotifier, &CInboxNotifier::openInboxRequested, this,
             [this]() { callClient("OpenInbox"); });
@@ -270,6 +271,12 @@ void CTarvikDaemon::onClientStarted()
 {
     // The client announces what arrives from now on, and shows what came before.
     m_pNotifier->withdraw();
+    QMetaObject::invokeMethod(m_pXmpp, "setClientActive", Qt::QueuedConnection, Q_ARG(bool, true));
+}
+
+void CTarvikDaemon::onClientGone()
+{
+    QMetaObject::invokeMethod(m_pXmpp, "setClientActive", Qt::QueuedConnection, Q_ARG(bool, false));
 }
 
 void CTarvikDaemon::onConnected(const QString& boundJid)

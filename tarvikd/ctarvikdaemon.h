@@ -67,6 +67,7 @@ private Q_SLOTS:
     void onNetworkState(uint state);
     void onNetworkReachable();
     void onClientStarted();
+    void onClientGone();
 
 private:
     enum eRegistrationStep
