@@ -5,7 +5,6 @@
 
 #include <QDBusConnection>
 #include <QObject>
-#include <QTimer>
 
 namespace Dravo {
 
@@ -71,14 +70,13 @@ private Q_SLOTS:
     void onApplicationStarted();
     void onApplicationClosed();
     void onClientUnregistered(const QString& service);
-    void onBusCheckTimeout();
+    void onBusDisconnected();
 
 private:
     void clientStartedBy(const char* how);
 
     QString m_strPrefix;
     QDBusConnection m_bus;
-    QTimer m_busCheckTimer;
     bool m_bClientStarted;
     bool m_bRegistered;
     bool m_bNameTaken;

@@ -64,6 +64,8 @@ public:
     bool offerDaemonByActivation();
     // A bus service file for the client that starts `tarvik-fakes --client <callLog>`.
     bool offerClientByActivation(const QString& callLog);
+    // The session bus goes away (the session ends).
+    void stopBus() { m_bus.stop(); }
     // The client closes: ApplicationClosed, and its name leaves the bus.
     void clientLeaves();
     // Whoever owns the daemon's name, started here or by the bus; 0 when nobody does.

@@ -543,6 +543,16 @@ void XmppDaemonTest::networkBackConnectsAtOnce()
     QDBusConnection::disconnectFromBus(QStringLiteral("fake-system"));
 }
 
+namespace {
+
+bool processEnded(qint64 pid)
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+    return !status.open(QIODevice::ReadOnly) || status.readAll().contains("State:\tZ");
+}
+
+}  // namespace
+
 void XmppDaemonTest::startedByTheBusOnce()
 {
     // The client's first call starts the daemon through its bus service file; a daemon
@@ -555,7 +565,11 @@ void XmppDaemonTest::startedByTheBusOnce()
     QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
     const qint64 pid = user.daemonPid();
     QVERIFY(pid > 0);
-    const auto stop = qScopeGuard([pid]() { ::kill(pid_t(pid), SIGTERM); });
+    const auto stop = qScopeGuard([pid]() {
+        if (!processEnded(pid)) {
+            ::kill(pid_t(pid), SIGTERM);
+        }
+    });
     QCOMPARE(QFileInfo(QStringLiteral("/proc/%1/exe").arg(pid)).symLinkTarget(),
              binaryPath(QStringLiteral("tarvikd")));
     QCOMPARE(user.registerAccount(), QStringLiteral("OnRegistrationSucceed"));
@@ -573,6 +587,10 @@ void XmppDaemonTest::startedByTheBusOnce()
     QCOMPARE(user.daemonPid(), pid);
     QCOMPARE(user.callDaemon(QStringLiteral("IsClientStarted")).arguments().value(0),
              QVariant(true));
+
+    // The session ends: the daemon does not outlive its bus.
+    user.stopBus();
+    QTRY_VERIFY_WITH_TIMEOUT(processEnded(pid), 3000);
 }
 
 void XmppDaemonTest::announcedWhileClientClosed_data()
