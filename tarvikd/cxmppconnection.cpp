@@ -278,6 +278,9 @@ void CXmppConnection::close()
     failPending(QStringLiteral("the session was closed"));
     if (m_pConn && m_bOnline) {
         sendRaw(QByteArrayLiteral("<presence type='unavailable'/>"));
+        // Nothing more of ours after the end of the stream, not even an answer to the
+        // server's request for an acknowledgement.
+        m_bSmEnabled = false;
         xmpp_disconnect(m_pConn);
         // Let the closing handshake out; bounded, so quitting never hangs on a dead peer.
         for (int i = 0; i < 50 && m_pConn && !xmpp_conn_is_disconnected(m_pConn); ++i) {

@@ -86,6 +86,10 @@ int main(int argc, char* argv[])
         return 1;
     }
 
+    // A server that closes the connection while we write must not end the daemon: the
+    // write fails with EPIPE and the session ends as any other.
+    signal(SIGPIPE, SIG_IGN);
+
     // SIGTERM and SIGINT end the event loop, so the session is closed and what arrived is
     // stored before exit.
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, g_signalFds) == 0) {
