@@ -4,6 +4,7 @@
 #include "ctexts.h"
 
 #include <QCoreApplication>
+#include <QSet>
 
 // Each text is translated once, on first use, and lives until process exit: the
 // translator must be installed before the first screen is built. Every text also
@@ -48,6 +49,24 @@ QString CTexts::andMore(int iCount)
 {
     //: Ends a list of sender names: "Aino, Mika, Olli and 2 more".
     return QCoreApplication::translate("CTexts", " and %n more", nullptr, iCount);
+}
+
+QString CTexts::senderList(const QStringList& lstScreenNames)
+{
+    QStringList lstNames;
+    QSet<QString> seen;
+    for (const QString& strName : lstScreenNames) {
+        const QString strTrimmed = strName.trimmed();
+        if (strTrimmed.isEmpty() || seen.contains(strTrimmed))
+            continue;
+        seen.insert(strTrimmed);
+        lstNames << strTrimmed.toHtmlEscaped();
+    }
+    if (lstNames.size() <= MAX_SENDER_NAMES)
+        return lstNames.join(QStringLiteral(", "));
+    const int iMore = int(lstNames.size()) - MAX_SENDER_NAMES;
+    return lstNames.mid(0, MAX_SENDER_NAMES).join(QStringLiteral(", ")) +
+           andMore(iMore).toHtmlEscaped();
 }
 
 TARVIK_TEXT(appName, QT_TRANSLATE_NOOP("CTexts", "tarvik"))

@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 namespace Dravo {
 
@@ -39,6 +40,10 @@ public:
     // Texts with a count, translated on every call (plural forms).
     static QString titleWithCount(const QString& strTitle, int iCount);  // "tarvik - Inbox (5)"
     static QString andMore(int iCount);  // " and 2 more" (starts with a blank)
+    // The body of a new-message notification: "A, B, C and 2 more", distinct names in
+    // order, markup escaped for notification servers that render it.
+    static QString senderList(const QStringList& lstScreenNames);
+    static const int MAX_SENDER_NAMES = 3;
 
     // Application and main menu
     static const QString& appName();

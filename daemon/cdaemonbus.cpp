@@ -30,11 +30,9 @@ CDaemonBus::CDaemonBus(const QString& prefix, const QDBusConnection& bus, QObjec
       m_strPrefix(prefix + QStringLiteral(": ")),
       m_bus(bus),
       m_bClientStarted(false),
-      m_bRegistered(false)
+      m_bRegistered(false),
+      m_bNameTaken(false)
 {
-    // The bus connection reports its loss only to those who ask.
-    m_busCheckTimer.setInterval(1000);
-    connect(&m_busCheckTimer, &QTimer::timeout, this, &CDaemonBus::onBusCheckTimeout);
 }
 
 CDaemonBus::~CDaemonBus()
@@ -97,6 +95,7 @@ bool CDaemonBus::start(QString* pError)
                                             QDBusConnectionInterface::DontAllowReplacement)
             : QDBusReply<QDBusConnectionInterface::RegisterServiceReply>();
     if (!reply.isValid() || reply.value() != QDBusConnectionInterface::ServiceRegistered) {
+        m_bNameTaken = reply.isValid();
         if (pError) {
             *pError =
                 reply.isValid()
@@ -108,7 +107,10 @@ bool CDaemonBus::start(QString* pError)
     if (busInterface->isServiceRegistered(clientService)) {
         say(QStringLiteral("the client is already on the bus"));
     }
-    m_busCheckTimer.start();
+    // libdbus reports the loss of the bus as a signal of its own making: no need to poll.
+    m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                  QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
+                  this, SLOT(onBusDisconnected()));
     return true;
 }
 
@@ -195,12 +197,9 @@ void CDaemonBus::clientStartedBy(const char* how)
     emit clientStarted(first);
 }
 
-void CDaemonBus::onBusCheckTimeout()
+void CDaemonBus::onBusDisconnected()
 {
-    if (!m_bus.isConnected()) {
-        m_busCheckTimer.stop();
-        emit busLost();
-    }
+    emit busLost();
 }
 
 void CDaemonBus::callClient(const QString& method)

@@ -5,7 +5,6 @@
 
 #include <QDBusConnection>
 #include <QObject>
-#include <QTimer>
 
 namespace Dravo {
 
@@ -31,6 +30,8 @@ public:
     // Listens to the client, then takes the name. False with the reason when the object
     // path or the name is taken (another daemon runs) or the bus refuses.
     bool start(QString* pError);
+    // start() failed because another process owns the name.
+    bool nameTaken() const { return m_bNameTaken; }
     // Calls one of the client's methods; a failure is logged, nothing waits for it.
     void callClient(const QString& method);
     // The client announced itself (OnClientStarted, ApplicationStarted) and has not left.
@@ -69,16 +70,16 @@ private Q_SLOTS:
     void onApplicationStarted();
     void onApplicationClosed();
     void onClientUnregistered(const QString& service);
-    void onBusCheckTimeout();
+    void onBusDisconnected();
 
 private:
     void clientStartedBy(const char* how);
 
     QString m_strPrefix;
     QDBusConnection m_bus;
-    QTimer m_busCheckTimer;
     bool m_bClientStarted;
     bool m_bRegistered;
+    bool m_bNameTaken;
 };
 
 }  // namespace Dravo

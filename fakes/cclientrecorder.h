@@ -31,8 +31,15 @@ public Q_SLOTS:
     Q_SCRIPTABLE void OnConnectionCheckSucceed() { record(); }
     Q_SCRIPTABLE void OnConnectionCheckFailed() { record(); }
 
+Q_SIGNALS:
+    void called(const QString& method);
+
 private:
-    void record() { m_lstCalls << message().member(); }
+    void record()
+    {
+        m_lstCalls << message().member();
+        emit called(m_lstCalls.last());
+    }
 };
 
 }  // namespace Test

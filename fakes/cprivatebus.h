@@ -31,6 +31,8 @@ public:
     void stop();
     bool isRunning() const;
     QString address() const { return m_strAddress; }
+    // Where a session bus looks for the service files of names it may start.
+    QString serviceDir() const { return m_tmpDir.filePath(QStringLiteral("services")); }
     QString errorString() const { return m_strError; }
 
     // Exports the address as DBUS_SESSION_BUS_ADDRESS or DBUS_SYSTEM_BUS_ADDRESS.

@@ -4,13 +4,16 @@
 // tarvik-fakes: stand-ins for the platform services the client talks to on the system
 // bus, for tests and demos. Each service named on the command line is registered on the
 // bus given by DBUS_SYSTEM_BUS_ADDRESS (or the session bus with --session); the program
-// prints "ready" once every name is owned and runs until terminated.
+// prints "ready" once every name is owned and runs until terminated. --client plays the
+// client on the session bus, for tests that have the bus start it.
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusError>
+#include <QFile>
 #include <QTextStream>
 
+#include "cclientrecorder.h"
 #include "cfakemce.h"
 #include "cfakemodemmanager.h"
 #include "cfakenetworkmanager.h"
@@ -51,12 +54,37 @@ int main(int argc, char* argv[])
     parser.addOption({QStringLiteral("nmea-port"),
                       QStringLiteral("Port for --nmea-stream (default: any free port)."),
                       QStringLiteral("port")});
+    parser.addOption({QStringLiteral("client"),
+                      QStringLiteral("Play the tarvik client on the session bus: own "
+                                     "com.qel.tarvik and append the name of every method "
+                                     "called on it to <file>, a line each."),
+                      QStringLiteral("file")});
     parser.process(app);
 
     QDBusConnection bus = parser.isSet(QStringLiteral("session")) ? QDBusConnection::sessionBus()
                                                                   : QDBusConnection::systemBus();
     QTextStream out(stdout);
     QTextStream err(stderr);
+    if (parser.isSet(QStringLiteral("client"))) {
+        // Started by the bus (D-Bus activation), so the session bus whatever --session says.
+        QDBusConnection session = QDBusConnection::sessionBus();
+        auto* recorder = new CClientRecorder;
+        recorder->setParent(&app);
+        const QString path = parser.value(QStringLiteral("client"));
+        QObject::connect(recorder, &CClientRecorder::called, &app, [path](const QString& method) {
+            QFile file(path);
+            if (file.open(QIODevice::WriteOnly | QIODevice::Append)) {
+                file.write(method.toUtf8() + '\n');
+            }
+        });
+        if (!session.registerObject(QStringLiteral("/com/qel/tarvik"), recorder,
+                                    QDBusConnection::ExportScriptableSlots) ||
+            !session.registerService(QStringLiteral("com.qel.tarvik"))) {
+            err << "tarvik-fakes: cannot play the client: " << session.lastError().message()
+                << Qt::endl;
+            return 1;
+        }
+    }
     const bool needsBus = parser.isSet(QStringLiteral("sim")) ||
                           parser.isSet(QStringLiteral("modem")) ||
                           parser.isSet(QStringLiteral("mce")) || parser.isSet(QStringLiteral("nm"));

@@ -22,7 +22,7 @@ PACKAGES=(
   evolution-data-server libebook1.2-dev libebook-contacts1.2-dev libedataserver1.2-dev
   libjs-leaflet
   libbenchmark-dev
-  appstream desktop-file-utils
+  appstream desktop-file-utils systemd
   at-spi2-core python3-pyatspi gir1.2-atspi-2.0 python3-gi dunst
   reuse debhelper lintian
   fonts-dejavu-core

@@ -8,6 +8,7 @@
 #include <QDebug>
 
 #include "cdaemonbus.h"
+#include "cinboxnotifier.h"
 #include "cstanzacodec.h"
 #include "cxmppaddress.h"
 
@@ -51,6 +52,7 @@ CTarvikDaemon::CTarvikDaemon(const CXmppConfig& config, const QDBusConnection& b
       m_config(config),
       m_bus(bus),
       m_pBus(new CDaemonBus(QStringLiteral("tarvikd"), bus, this)),
+      m_pNotifier(new CInboxNotifier(bus, this)),
       m_store(QStringLiteral("tarvikd")),
       m_passwords(bus),
       m_pXmpp(new CXmppConnection),
@@ -86,6 +88,11 @@ CTarvikDaemon::CTarvikDaemon(const CXmppConfig& config, const QDBusConnection& b
     connect(m_pBus, &CDaemonBus::resumeRequested, this, &CTarvikDaemon::onResume);
     connect(m_pBus, &CDaemonBus::startRequested, this, &CTarvikDaemon::onResume);
     connect(m_pBus, &CDaemonBus::stopRequested, this, &CTarvikDaemon::onStop);
+    connect(m_pBus, &CDaemonBus::clientStarted, this, &CTarvikDaemon::onClientStarted);
+    connect(m_pBus, &CDaemonBus::clientGone, this, &CTarvikDaemon::onClientGone);
+    // The notification's action starts the client if need be (the bus activates it).
+    connect(m_pNotifier, &CInboxNotifier::openInboxRequested, this,
+            [this]() { callClient("OpenInbox"); });
     connect(m_pBus, &CDaemonBus::busLost, this, []() {
         qCritical() << "tarvikd: lost the session bus; exiting";
         QCoreApplication::exit(3);
@@ -117,6 +124,11 @@ CTarvikDaemon::~CTarvikDaemon()
 
 bool CTarvikDaemon::start(QString* pError)
 {
+    // The bus name first: a second daemon leaves before it touches the database. Requests
+    // that come meanwhile wait in the event loop.
+    if (!m_pBus->start(pError)) {
+        return false;
+    }
     QString error;
     const bool existed = CDaemonStore::databaseExists();
     if (!m_store.ensureDatabase(&error)) {
@@ -124,15 +136,11 @@ bool CTarvikDaemon::start(QString* pError)
     } else if (!existed) {
         say(QStringLiteral("created the database %1").arg(CDaemonStore::databasePath()));
     }
-    if (!m_pBus->start(pError)) {
-        return false;
-    }
     if (m_config.m_strDomain.isEmpty()) {
         complain(QStringLiteral("no service domain: set xmpp_domain in %1 or TARVIK_XMPP_DOMAIN; "
                                 "registration and sending will fail")
                      .arg(CXmppConfig::configFile()));
     }
-    // A network that comes back is worth an attempt at once, whatever the back-off says.
     // A network that comes back is worth an attempt at once, whatever the back-off says.
     // NetworkManager announces it on the system bus; that one signal is all the daemon
     // needs, without Qt's network stack and the Kerberos and proxy libraries it brings.
@@ -150,6 +158,11 @@ bool CTarvikDaemon::start(QString* pError)
         say(QStringLiteral("serving %1; no registered account yet").arg(CDaemonBus::serviceName));
     }
     return true;
+}
+
+bool CTarvikDaemon::anotherRunning() const
+{
+    return m_pBus->nameTaken();
 }
 
 void CTarvikDaemon::shutdown()
@@ -252,6 +265,18 @@ void CTarvikDaemon::onNetworkReachable()
         m_iBackoffMs = kFirstBackoffMs;
         goOnline();
     }
+}
+
+void CTarvikDaemon::onClientStarted()
+{
+    // The client announces what arrives from now on, and shows what came before.
+    m_pNotifier->withdraw();
+    QMetaObject::invokeMethod(m_pXmpp, "setClientActive", Qt::QueuedConnection, Q_ARG(bool, true));
+}
+
+void CTarvikDaemon::onClientGone()
+{
+    QMetaObject::invokeMethod(m_pXmpp, "setClientActive", Qt::QueuedConnection, Q_ARG(bool, false));
 }
 
 void CTarvikDaemon::onConnected(const QString& boundJid)
@@ -733,6 +758,12 @@ void CTarvikDaemon::flushIncoming()
         say(QStringLiteral("%1 new messages in the inbox").arg(stored));
         if (m_pBus->clientRunning()) {
             callClient("OnMessagesReceived");
+        } else {
+            QStringList senders;
+            for (const CTarvik& tarvik : qAsConst(fresh)) {
+                senders << (tarvik.screenname().isEmpty() ? tarvik.from() : tarvik.screenname());
+            }
+            m_pNotifier->announce(senders);
         }
     }
 }

@@ -20,6 +20,7 @@
 namespace Dravo {
 
 class CDaemonBus;
+class CInboxNotifier;
 
 // The daemon: carries the client's outbox to XMPP recipients and incoming tarviks into the
 // inbox, registers the account, and answers the client over D-Bus. Database work happens
@@ -41,6 +42,8 @@ public:
     // Prepares the database, goes on the bus and, with a registered account, online.
     // False with the reason when another daemon runs or the bus refuses.
     bool start(QString* pError);
+    // start() failed because another daemon serves the bus name.
+    bool anotherRunning() const;
     // Ends the session cleanly and stores what has arrived; called before quitting.
     void shutdown();
 
@@ -63,6 +66,8 @@ private Q_SLOTS:
     void flushIncoming();
     void onNetworkState(uint state);
     void onNetworkReachable();
+    void onClientStarted();
+    void onClientGone();
 
 private:
     enum eRegistrationStep
@@ -114,6 +119,7 @@ private:
     CXmppConfig m_config;
     QDBusConnection m_bus;
     CDaemonBus* m_pBus;
+    CInboxNotifier* m_pNotifier;
     CDaemonStore m_store;
     CPasswordStore m_passwords;
     QThread m_thread;

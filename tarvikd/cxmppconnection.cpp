@@ -77,6 +77,10 @@ struct CStropheCallbacks
     // credentials is an error of the "auth" area.
     static void log(void* userdata, xmpp_log_level_t level, const char* area, const char* msg)
     {
+        if (level == XMPP_LEVEL_DEBUG) {
+            static_cast<CXmppConnection*>(userdata)->debugLine(area, msg);
+            return;
+        }
         if (level < XMPP_LEVEL_WARN) {
             return;
         }
@@ -164,7 +168,10 @@ CXmppConnection::CXmppConnection(QObject* parent)
       m_uEpoch(0),
       m_uReceived(0),
       m_uAcked(0),
-      m_uNextId(0)
+      m_uNextId(0),
+      m_bCsiOffered(false),
+      m_bClientActive(false),
+      m_bServerSeesActive(true)
 {
     qRegisterMetaType<CEndpoint>();
     connect(m_pReadNotifier, &QSocketNotifier::activated, this, &CXmppConnection::onSocketActivity);
@@ -186,6 +193,7 @@ bool CXmppConnection::newConnection(const CEndpoint& endpoint)
     m_endpoint = endpoint;
     m_strLastError.clear();
     m_bAuthFailed = false;
+    m_bCsiOffered = false;
     m_log = xmpp_log_t{&CStropheCallbacks::log, this};
     m_pCtx = xmpp_ctx_new(nullptr, &m_log);
     m_pConn = m_pCtx ? xmpp_conn_new(m_pCtx) : nullptr;
@@ -272,6 +280,9 @@ void CXmppConnection::close()
     failPending(QStringLiteral("the session was closed"));
     if (m_pConn && m_bOnline) {
         sendRaw(QByteArrayLiteral("<presence type='unavailable'/>"));
+        // Nothing more of ours after the end of the stream, not even an answer to the
+        // server's request for an acknowledgement.
+        m_bSmEnabled = false;
         xmpp_disconnect(m_pConn);
         // Let the closing handshake run to its end: libstrophe frees a session's TLS state
         // only when the session ends by itself, not when a live one is released. Bounded, so
@@ -351,6 +362,8 @@ void CXmppConnection::connEvent(int event, int error, const QString& streamError
         }
         // Presence makes the server hand over what it stored while we were away.
         sendRaw(QByteArrayLiteral("<presence><priority>1</priority></presence>"));
+        m_bServerSeesActive = true;
+        sendClientState();
         emit connected(text(xmpp_conn_get_bound_jid(m_pConn)));
         return;
     }
@@ -547,6 +560,42 @@ void CXmppConnection::handled(quint64 sequence)
     // Tell the server at once when the backlog is cleared, so it can forget what it keeps.
     if (m_setPending.isEmpty()) {
         sendAck();
+    }
+}
+
+void CXmppConnection::setClientActive(bool active)
+{
+    m_bClientActive = active;
+    sendClientState();
+}
+
+void CXmppConnection::sendClientState()
+{
+    // Only to a server that offered it: to one that did not, the element is a stream error.
+    if (!m_pConn || !m_bOnline || !m_bCsiOffered || m_bClientActive == m_bServerSeesActive) {
+        return;
+    }
+    m_bServerSeesActive = m_bClientActive;
+    sendRaw(m_bClientActive ? QByteArrayLiteral("<active xmlns='urn:xmpp:csi:0'/>")
+                            : QByteArrayLiteral("<inactive xmlns='urn:xmpp:csi:0'/>"));
+    qInfo().noquote() << QStringLiteral("tarvikd: told the server the client is %1")
+                             .arg(m_bClientActive ? QStringLiteral("active")
+                                                  : QStringLiteral("inactive"));
+}
+
+void CXmppConnection::debugLine(const char* area, const char* msg)
+{
+    // libstrophe handles the stream features after authentication itself and passes them
+    // to no handler of ours; its debug line of what it received is the one place they
+    // show. Read there, and only before the session is up: a server whose features are
+    // not seen is simply never told the client's state.
+    if (m_bOnline || m_eMode != eModeLogin || !equals(area, "xmpp") || !msg) {
+        return;
+    }
+    static const char kPrefix[] = "RECV: <features xmlns=\"http://etherx.jabber.org/streams\">";
+    if (std::strncmp(msg, kPrefix, sizeof kPrefix - 1) == 0 &&
+        std::strstr(msg, "<csi xmlns=\"urn:xmpp:csi:0\"/>")) {
+        m_bCsiOffered = true;
     }
 }
 

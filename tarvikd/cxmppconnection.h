@@ -75,6 +75,9 @@ public Q_SLOTS:
     // The daemon has dealt with the incoming message of this sequence number (stored or
     // rejected): it may be acknowledged to the server.
     void handled(quint64 sequence);
+    // Whether the user has the client open. When the server offers client state indication
+    // (XEP-0352) it is told, and may then hold back what is not urgent.
+    void setClientActive(bool active);
 
 Q_SIGNALS:
     void connected(const QString& boundJid);
@@ -112,6 +115,8 @@ private:
     void pump();
     void onSocketActivity();
     void failPending(const QString& reason);
+    void debugLine(const char* area, const char* msg);
+    void sendClientState();
 
     _xmpp_ctx_t* m_pCtx;
     _xmpp_conn_t* m_pConn;
@@ -137,6 +142,11 @@ private:
     QHash<QString, quint64> m_hashBatches;
     QHash<QString, quint64> m_hashPings;
     quint64 m_uNextId;
+    // Client state indication: offered in this session's features, wanted, and as the
+    // server knows it (active when a session begins).
+    bool m_bCsiOffered;
+    bool m_bClientActive;
+    bool m_bServerSeesActive;
     QString m_strLastError;
 };
 

@@ -15,8 +15,10 @@
 #include <QSocketNotifier>
 #include <cstdio>
 
+#include "cdaemonbus.h"
 #include "cdaemonlog.h"
 #include "ctarvikdaemon.h"
+#include "ctranslations.h"
 #include "cxmppconfig.h"
 
 namespace {
@@ -46,14 +48,18 @@ int main(int argc, char* argv[])
         "  xmpp_server=host:port       where to connect (default: DNS SRV of the domain)\n"
         "  xmpp_ca_file=/path/ca.pem   certificates trusted besides the system's\n"
         "Each key is overridden by TARVIK_XMPP_DOMAIN, TARVIK_XMPP_SERVER, TARVIK_XMPP_CA_FILE.\n\n"
-        "Exit codes: 0 stopped, 1 bad option or no session bus, 2 another daemon owns the name, "
-        "3 session bus lost."));
+        "Exit codes: 0 stopped, or another tarvikd already serves the name (it says so and "
+        "leaves); 1 bad option or no session bus; 2 the bus refused the name; 3 session bus "
+        "lost."));
     parser.addHelpOption();
     const QCommandLineOption verbose(QStringLiteral("verbose"),
                                      QStringLiteral("Also log the storage's debug lines."));
     parser.addOption(verbose);
     parser.process(app);
     Dravo::installDaemonLog(parser.isSet(verbose));
+
+    // The desktop notification speaks the user's language, as the client does.
+    Dravo::CTranslations::install(QLocale::system());
 
     Dravo::CXmppConfig config;
     QStringList problems;
@@ -67,6 +73,10 @@ int main(int argc, char* argv[])
         qCritical().noquote() << "tarvikd: no session bus: " + bus.lastError().message();
         return 1;
     }
+
+    // A server that closes the connection while we write must not end the daemon: the
+    // write fails with EPIPE and the session ends as any other.
+    signal(SIGPIPE, SIG_IGN);
 
     // SIGTERM and SIGINT end the event loop, so the session is closed and what arrived is
     // stored before exit.
@@ -92,8 +102,16 @@ int main(int argc, char* argv[])
         Dravo::CTarvikDaemon daemon(config, bus);
         QString error;
         if (!daemon.start(&error)) {
-            qCritical().noquote() << "tarvikd: " + error;
-            status = 2;
+            if (daemon.anotherRunning()) {
+                // Started twice (bus activation, autostart and a hand racing each other):
+                // the one that runs serves, so this is no failure.
+                qInfo().noquote() << QStringLiteral(
+                                         "tarvikd: another tarvikd already serves %1; exiting")
+                                         .arg(Dravo::CDaemonBus::serviceName);
+            } else {
+                qCritical().noquote() << "tarvikd: " + error;
+                status = 2;
+            }
         } else {
             std::fputs("ready\n", stdout);
             std::fflush(stdout);

@@ -30,9 +30,35 @@ void CTarvikListModel::refresh()
     Q_EMIT fetchingStarted();
     // No answer will come from a storage that is not open: do not stay busy.
     if (!bAsked) {
-        qCritical("CTarvikListModel::refresh failed: storage is not ready");
+        CAsyncTStorage* pStorage = CAsyncTStorage::getInstance(1);
+        if (pStorage->isQuitting()) {
+            qCritical("CTarvikListModel::refresh failed: storage is not ready");
+        } else if (!m_refreshWhenReady) {
+            // A folder shown at start-up (the bus starts the client to open its inbox)
+            // comes before the database is open: it is filled once it is.
+            qDebug(
+                "CTarvikListModel::refresh: the storage is still opening; asking again "
+                "once it is open");
+            m_refreshWhenReady =
+                connect(pStorage, &CAsyncTStorage::signalInitialized, this,
+                        &CTarvikListModel::onStorageInitialized, Qt::QueuedConnection);
+            if (pStorage->isInitialized()) {
+                QMetaObject::invokeMethod(this, &CTarvikListModel::onStorageInitialized,
+                                          Qt::QueuedConnection);
+            }
+        }
         Q_EMIT fetchingComplete();
     }
+}
+
+void CTarvikListModel::onStorageInitialized()
+{
+    if (!m_refreshWhenReady) {
+        return;
+    }
+    disconnect(m_refreshWhenReady);
+    m_refreshWhenReady = QMetaObject::Connection();
+    refresh();
 }
 
 void CTarvikListModel::tarviksGotten(bool result, QList<CTarvik> tarviks, uint folderName)

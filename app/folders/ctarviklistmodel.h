@@ -20,7 +20,8 @@ public:
 
     CAsyncTStorage::eFolderName folderName() const { return m_folderName; }
 
-    // Empties the model and asks the storage service for the whole folder.
+    // Empties the model and asks the storage service for the whole folder; a service that
+    // has not opened its database yet is asked again once it has.
     void refresh();
 
     // Adds the accessible text of an entry (who and what) to the roles of the base.
@@ -33,10 +34,13 @@ protected:
     QString itemToText(const CTarvik& tarvik) const override;
 
 private:
+    void onStorageInitialized();
+
     CAsyncTStorage::eFolderName m_folderName;
     // Marks the model's requests; only the answer to the latest one fills the model.
     CTarvikStorage::CUserData m_tag;
     int m_iPending;
+    QMetaObject::Connection m_refreshWhenReady;
 };
 
 }  // namespace Dravo

@@ -8,7 +8,6 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QSet>
 #include <QWidget>
 
 #include "casynctstorage.h"
@@ -58,24 +57,6 @@ CDesktopNotifier::~CDesktopNotifier()
     }
 }
 
-QString CDesktopNotifier::bodyFor(const QStringList& lstScreenNames)
-{
-    QStringList lstNames;
-    QSet<QString> seen;
-    for (const QString& strName : lstScreenNames) {
-        const QString strTrimmed = strName.trimmed();
-        if (strTrimmed.isEmpty() || seen.contains(strTrimmed))
-            continue;
-        seen.insert(strTrimmed);
-        lstNames << strTrimmed.toHtmlEscaped();
-    }
-    if (lstNames.size() <= MAX_NAMES)
-        return lstNames.join(QStringLiteral(", "));
-    const int iMore = int(lstNames.size()) - MAX_NAMES;
-    return lstNames.mid(0, MAX_NAMES).join(QStringLiteral(", ")) +
-           CTexts::andMore(iMore).toHtmlEscaped();
-}
-
 void CDesktopNotifier::onMessagesReceived()
 {
     // A person looking at the window sees the popup; the desktop is told only otherwise.
@@ -110,7 +91,7 @@ void CDesktopNotifier::tarviksGotten(bool result, const QList<CTarvik>& tarviks,
     }
     if (lstNames.isEmpty())
         return;
-    notify(bodyFor(lstNames));
+    notify(CTexts::senderList(lstNames));
 }
 
 void CDesktopNotifier::notify(const QString& strBody)

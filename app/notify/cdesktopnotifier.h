@@ -25,12 +25,6 @@ public:
     explicit CDesktopNotifier(QWidget* pWindow, QObject* parent = nullptr);
     ~CDesktopNotifier() override;
 
-    static const int MAX_NAMES = 3;
-
-    // "A, B, C and 2 more": distinct names in order, markup escaped for servers that
-    // render it.
-    static QString bodyFor(const QStringList& lstScreenNames);
-
     uint notificationId() const { return m_uId; }
 
 public Q_SLOTS:

@@ -8,10 +8,11 @@ For each round: the sender's outbox gets N queued messages, SendReceiveRequest g
 its bus, and the receiver's inbox is watched until all N rows are there. Printed: messages
 per second, and the latency from the request to each row in the receiver's inbox (median,
 p99), beside a floor measured in the same run: the same stanzas between two bare slixmpp
-clients, no database (floor.py). Then tarvikd's idle resident memory. Fails when a message
-is lost or duplicated.
+clients, no database (floor.py). Then tarvikd's idle resident memory, and with --idle-seconds
+its wake-ups (context switches of all its threads) per minute while idle. Fails when a
+message is lost or duplicated.
 
-  bench/xmpp/xmppbench.py BUILD/bin [--messages N] [--rounds R]
+  bench/xmpp/xmppbench.py BUILD/bin [--messages N] [--rounds R] [--idle-seconds S]
 """
 
 import argparse
@@ -79,6 +80,27 @@ class User:
         return "resident %.1f MB (proportional %.1f MB, own heap and stacks %.1f MB)" % (
             values.get("VmRSS", 0), values.get("Pss", 0), values.get("RssAnon", 0))
 
+    def switches(self):
+        """Context switches of all the daemon's threads so far: each one a wake-up."""
+        total = 0
+        task_dir = "/proc/%d/task" % self.daemon.pid
+        for task in os.listdir(task_dir):
+            try:
+                with open(os.path.join(task_dir, task, "status")) as f:
+                    for line in f:
+                        key, _, rest = line.partition(":")
+                        if key in ("voluntary_ctxt_switches", "nonvoluntary_ctxt_switches"):
+                            total += int(rest)
+            except OSError:
+                pass  # a thread that ended meanwhile
+        return total
+
+    def wakeups(self, seconds):
+        """Wake-ups per minute over `seconds` of doing nothing."""
+        before = self.switches()
+        time.sleep(seconds)
+        return (self.switches() - before) * 60.0 / seconds
+
     def close(self):
         self.db.close()
         self.daemon.terminate()
@@ -125,6 +147,8 @@ def main():
     parser.add_argument("bindir")
     parser.add_argument("--messages", type=int, default=1000)
     parser.add_argument("--rounds", type=int, default=3)
+    parser.add_argument("--idle-seconds", type=int, default=0,
+                        help="also count the idle daemon's wake-ups over this time")
     args = parser.parse_args()
 
     server_dir = tempfile.mkdtemp(prefix="tarvik-bench-prosody-")
@@ -141,6 +165,11 @@ def main():
         receiver.register()
         time.sleep(1.0)
         print("tarvikd idle: " + receiver.memory())
+        if args.idle_seconds > 0:
+            # Online, the client closed (so the server was told it is inactive), nothing
+            # to do: only the server, the bus or the network should wake it.
+            print("tarvikd idle: %.1f wake-ups per minute over %d s"
+                  % (receiver.wakeups(args.idle_seconds), args.idle_seconds))
         for round_no in range(1, args.rounds + 1):
             arrivals, titles = tarvikd_round(sender, receiver, args.messages, round_no)
             lost = args.messages - len(set(titles))

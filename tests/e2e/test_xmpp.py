@@ -7,6 +7,7 @@ answer shown in the client's inbox. Driven through the accessibility bus."""
 
 import os
 import shutil
+import signal
 import sqlite3
 import subprocess
 import sys
@@ -15,6 +16,7 @@ import tempfile
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from tarvikui import Session, check, db_execute, db_rows, run, wait_for  # noqa: E402
 from test_compose import compose_and_send, label_shown, stamped_track, type_into  # noqa: E402
+from test_notifications import _displayed, _has_owner, history  # noqa: E402
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 PROSODY = os.path.join(HERE, "..", "..", "tools", "xmpp", "localprosody.sh")
@@ -142,5 +144,94 @@ def test_send_and_answer_over_xmpp(bindir):
             friend.close()
 
 
+def test_announced_while_closed(bindir):
+    """No client runs: the daemon announces a tarvik from the friend at a real notification
+    server (dunst), naming the sender as the client does; taking the notification has the
+    bus start the client, which shows its inbox."""
+    with Server() as server:
+        friend = Friend(bindir, server)
+        try:
+            friend.register()
+            with Session(bindir, daemon="tarvikd", daemon_env=server.env(),
+                         start_client=False) as s:
+                # The client as a desktop has it: a bus service file, and the session's
+                # environment for what the bus starts.
+                services = os.path.join(s.tmp, "dbus-1", "services")
+                os.makedirs(services, exist_ok=True)
+                with open(os.path.join(services, "com.qel.tarvik.service"), "w") as f:
+                    f.write("[D-BUS Service]\nName=com.qel.tarvik\nExec=%s\n"
+                            % os.path.abspath(os.path.join(bindir, "tarvik")))
+                subprocess.run(["dbus-update-activation-environment", "--all"], env=s.env,
+                               check=True)
+                s.execute("UPDATE settings SET value=? WHERE name='mynumber'", (OWN_NUMBER,))
+                s.execute("UPDATE settings SET value='Ann' WHERE name='screenname'")
+                subprocess.run(["dbus-send", "--session", "--type=signal", "/com/qel/tarvik",
+                                "com.qel.TarvikClient.RegistrationRequest"], env=s.env,
+                               check=True)
+                wait_for(lambda: str(dict(sqlite3.connect(s.database).execute(
+                    "SELECT name, value FROM settings").fetchall()).get("regflag")) == "1", 30,
+                    "the registration")
+                dunst = s._spawn(["dunst"], s.env)
+                wait_for(lambda: _has_owner(s, "org.freedesktop.Notifications"), 10,
+                         "dunst on the bus")
+
+                friend.execute(
+                    "INSERT INTO outbox (tguid, tfrom, tto, tutcdatetime, ttz, ttitle, tnote,"
+                    " tlatitude, tlongitude, tscreenname, tcarrier, tflag) VALUES"
+                    " ('', ?, ?, strftime('%s','now'), 0, 'Still up?', 'Look outside',"
+                    " 59.44, 24.75, '<b>Friend</b>', 'n/a', 1)", (FRIEND_NUMBER, OWN_NUMBER))
+                friend.signal("SendReceiveRequest")
+                wait_for(lambda: s.rows("inbox"), 30, "the tarvik in the inbox")
+                wait_for(lambda: _displayed(s), 10, "the notification on screen at dunst")
+                s.screenshot(os.path.join(s.tmp, "daemon-notification.png"))
+                if os.environ.get("TARVIK_SHOTS"):
+                    s.screenshot(os.path.join(os.environ["TARVIK_SHOTS"],
+                                              "daemon-notification.png"))
+                check(not _has_owner(s, "com.qel.tarvik"), "a client runs already")
+
+                subprocess.run(["dunstctl", "action", "0"], env=s.env, check=True)
+                client = wait_for(lambda: _owner_pid(s, "com.qel.tarvik"), 30,
+                                  "the client started by the bus")
+                try:
+                    exe = os.readlink("/proc/%d/exe" % client)
+                    check(exe == os.path.abspath(os.path.join(bindir, "tarvik")),
+                          "the bus started %s" % exe)
+                    s.app = wait_for(s._find_app, 30, "the client on the accessibility bus")
+                    # On the inbox, with the tarvik in it.
+                    s.wait_title("tarvik - Inbox (1)", 30)
+                    shown = wait_for(lambda: history(s), 10, "the notification in the history")
+                    check(len(shown) == 1, "%d notifications instead of one" % len(shown))
+                    note = shown[0]
+                    check(note["appname"]["data"] == "tarvik", "app name %r" % note["appname"])
+                    check(note["summary"]["data"] == "New tarviks received",
+                          "summary %r" % note["summary"])
+                    check("Friend" in note["body"]["data"] and "<b>" not in note["body"]["data"],
+                          "body %r" % note["body"]["data"])
+                    check(dunst.poll() is None, "dunst ended: %s" % s._tail("dunst.log"))
+                finally:
+                    _end(client)
+        finally:
+            friend.close()
+
+
+def _owner_pid(session, name):
+    out = subprocess.run(["dbus-send", "--session", "--print-reply",
+                          "--dest=org.freedesktop.DBus", "/org/freedesktop/DBus",
+                          "org.freedesktop.DBus.GetConnectionUnixProcessID", "string:" + name],
+                         env=session.env, capture_output=True, text=True)
+    return int(out.stdout.split()[-1]) if out.returncode == 0 else None
+
+
+def _end(pid):
+    """Ends a process that is not our child (the bus started it)."""
+    try:
+        os.kill(pid, signal.SIGTERM)
+        wait_for(lambda: not os.path.exists("/proc/%d" % pid)
+                 or "State:\tZ" in open("/proc/%d/status" % pid).read(), 30,
+                 "the client to end")
+    except (ProcessLookupError, FileNotFoundError):
+        pass
+
+
 if __name__ == "__main__":
-    run([test_send_and_answer_over_xmpp])
+    run([test_send_and_answer_over_xmpp, test_announced_while_closed])

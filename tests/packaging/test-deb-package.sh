@@ -5,7 +5,9 @@
 # Builds the Debian packages from a copy of the source tree, runs lintian on them, installs
 # them into this machine, checks that the installed client starts from the installed paths
 # (plugins from the installed libdir, the desktop file's Exec, D-Bus activation, validators
-# on the installed files) and purges them again, checking that nothing is left behind.
+# on the installed files), that the installed client has the bus start the installed daemon,
+# which registers at a loopback prosody, and purges them again, checking that nothing is
+# left behind.
 #
 # Usage: test-deb-package.sh <source dir> <work dir>
 # Needs root (apt-get install/purge). Exits 77 (skipped) when not root or when a tarvik
@@ -33,7 +35,7 @@ apt_get() {
 
 [ "$(id -u)" -eq 0 ] || skip "installing packages needs root"
 for tool in dpkg-buildpackage dh lintian apt-get desktop-file-validate appstreamcli dbus-daemon \
-  dbus-send; do
+  dbus-send dbus-update-activation-environment systemd-analyze sqlite3 prosody; do
   command -v "$tool" >/dev/null || fail "$tool is missing (scripts/install-deps.sh installs it)"
 done
 # A run that was killed half-way leaves its stamp; what it installed is purged first.
@@ -113,7 +115,7 @@ apt_get install --no-install-recommends "${debs[@]}" \
   cat "$work/install.log" >&2
   fail "apt-get install failed"
 }
-dpkg -L tarvik tarvik-simd | sort -u >"$work/installed-files.txt"
+dpkg -L tarvik tarvikd tarvik-simd | sort -u >"$work/installed-files.txt"
 
 id=com.qel.tarvik
 plugindir=/usr/lib/$multiarch/tarvik
@@ -121,14 +123,25 @@ for f in /usr/bin/tarvik /usr/bin/tarvik-simd "$plugindir/libtarvikcontacts.so" 
   /usr/share/applications/$id.desktop /usr/share/metainfo/$id.metainfo.xml \
   /usr/share/dbus-1/services/$id.service /usr/share/icons/hicolor/scalable/apps/$id.svg \
   /usr/share/man/man1/tarvik.1.gz /usr/share/man/man1/tarvik-simd.1.gz \
-  /usr/share/doc/tarvik/copyright; do
+  /usr/share/doc/tarvik/copyright /usr/bin/tarvikd /usr/share/man/man1/tarvikd.1.gz \
+  /usr/share/dbus-1/services/com.qel.tarvikdaemon.service /usr/lib/systemd/user/tarvikd.service \
+  /etc/xdg/autostart/com.qel.tarvikd.desktop; do
   [ -s "$f" ] || fail "not installed: $f"
 done
+desktop-file-validate /etc/xdg/autostart/com.qel.tarvikd.desktop || fail "installed autostart entry"
+# The installed unit as systemd reads it, its man page included; it reports what it ignores
+# without failing, so any output fails.
+mkdir -p "$work/verify-run" && chmod 700 "$work/verify-run"
+man_check=no
+command -v man >/dev/null && man_check=yes
+out=$(XDG_RUNTIME_DIR=$work/verify-run systemd-analyze --user verify --man=$man_check \
+  /usr/lib/systemd/user/tarvikd.service 2>&1) || fail "systemd-analyze verify: $out"
+[ -z "$out" ] || fail "systemd-analyze verify: $out"
 desktop-file-validate /usr/share/applications/$id.desktop || fail "installed desktop file"
 appstreamcli validate --no-net /usr/share/metainfo/$id.metainfo.xml ||
   fail "installed AppStream metadata"
 # Every installed program and plugin finds all its libraries: ${shlibs:Depends} covered them.
-for elf in /usr/bin/tarvik /usr/bin/tarvik-simd "$plugindir"/*.so; do
+for elf in /usr/bin/tarvik /usr/bin/tarvik-simd /usr/bin/tarvikd "$plugindir"/*.so; do
   if ldd "$elf" | grep 'not found'; then fail "$elf misses libraries"; fi
 done
 
@@ -208,6 +221,52 @@ for _ in $(seq 100); do
   sleep 0.1
 done
 say "D-Bus activation starts /usr/bin/tarvik"
+
+# The installed client on a fresh session bus, no daemon running: its first call has the bus
+# start the installed daemon, which registers an account at a loopback prosody.
+server=$scratch/prosody
+port=$("$src/tools/xmpp/localprosody.sh" start "$server" | tail -n 1) || fail "no loopback prosody"
+stop_server() { "$src/tools/xmpp/localprosody.sh" stop "$server" >/dev/null 2>&1 || true; }
+start_bus
+TARVIK_XMPP_DOMAIN=tarvik.localhost TARVIK_XMPP_SERVER=127.0.0.1:$port \
+  TARVIK_XMPP_CA_FILE=$server/ca.pem dbus-update-activation-environment HOME XDG_RUNTIME_DIR \
+  TARVIK_XMPP_DOMAIN TARVIK_XMPP_SERVER TARVIK_XMPP_CA_FILE || fail "activation environment"
+(cd / && PATH=/usr/local/bin:/usr/bin:/bin TARVIK_REPORT_SHOWN=1 exec /usr/bin/tarvik) \
+  >"$scratch/tarvik2.out" 2>"$scratch/tarvik2.err" &
+client=$!
+pids+=("$client")
+wait_for "$scratch/tarvik2.out" 'main window shown' "$client" 60 || {
+  stop_server
+  fail "the installed client did not come up again"
+}
+daemon=
+for _ in $(seq 100); do
+  daemon=$(dbus-send --session --print-reply --dest=org.freedesktop.DBus /org/freedesktop/DBus \
+    org.freedesktop.DBus.GetConnectionUnixProcessID string:com.qel.tarvikdaemon 2>/dev/null |
+    awk '/uint32/ {print $2}')
+  [ -n "$daemon" ] && break
+  sleep 0.1
+done
+[ -n "$daemon" ] && pids+=("$daemon")
+[ -n "$daemon" ] && [ "$(readlink "/proc/$daemon/exe")" = /usr/bin/tarvikd ] || {
+  stop_server
+  fail "the client's start did not have the bus start /usr/bin/tarvikd (owner: ${daemon:-none})"
+}
+sqlite3 "$HOME/.tarvik/tarvikdb.sqlite" \
+  "UPDATE settings SET value='+37255500999' WHERE name='mynumber'" || fail "cannot set the number"
+dbus-send --session --type=signal /com/qel/tarvik com.qel.TarvikClient.RegistrationRequest
+registered=
+for _ in $(seq 300); do
+  registered=$(sqlite3 "$HOME/.tarvik/tarvikdb.sqlite" \
+    "SELECT value FROM settings WHERE name='regflag'" 2>/dev/null || true)
+  [ "$registered" = 1 ] && break
+  sleep 0.1
+done
+stop_server
+[ "$registered" = 1 ] || fail "the activated daemon did not register the account"
+kill -TERM "$client" "$daemon"
+wait "$client" || fail "the client did not end cleanly on SIGTERM"
+say "the client's start had the bus start /usr/bin/tarvikd, which registered at a loopback prosody"
 
 say "purging"
 apt_get purge tarvik tarvikd tarvik-simd >"$work/purge.log" 2>&1 || {

@@ -6,6 +6,8 @@
 #include "storagefixture.h"
 
 #include <QDBusConnectionInterface>
+#include <QDBusMetaType>
+#include <QDBusReply>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -142,6 +144,11 @@ auto CXmppUser::inHome(F f) const
 
 bool CXmppUser::start(const CLocalServer& server, const QString& caFile, const QString& systemBus)
 {
+    return prepare(server, caFile, systemBus) && startDaemon();
+}
+
+bool CXmppUser::prepare(const CLocalServer& server, const QString& caFile, const QString& systemBus)
+{
     if (!m_bus.start()) {
         qWarning().noquote() << m_bus.errorString();
         return false;
@@ -164,7 +171,70 @@ bool CXmppUser::start(const CLocalServer& server, const QString& caFile, const Q
                  QStringLiteral("127.0.0.1:%1").arg(server.port()));
     m_env.insert(QStringLiteral("TARVIK_XMPP_CA_FILE"),
                  caFile.isEmpty() ? server.caFile() : caFile);
-    return startDaemon();
+    return true;
+}
+
+namespace {
+
+bool writeFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+           file.write(content) == content.size();
+}
+
+}  // namespace
+
+bool CXmppUser::offerDaemonByActivation()
+{
+    QFile installed(QStringLiteral(TARVIK_BINARY_DIR "/dist/com.qel.tarvikdaemon.service"));
+    if (!installed.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    QList<QByteArray> lines = installed.readAll().split('\n');
+    for (QByteArray& line : lines) {
+        if (line.startsWith("Exec=")) {
+            line = "Exec=" + binaryPath(QStringLiteral("tarvikd")).toUtf8();
+        }
+    }
+    const QByteArray content = lines.join('\n');
+    // What a session manager does at login (dbus-update-activation-environment).
+    QMap<QString, QString> environment;
+    for (const QString& key : m_env.keys()) {
+        if (key == QLatin1String("HOME") || key.startsWith(QLatin1String("XDG_")) ||
+            key.startsWith(QLatin1String("TARVIK_"))) {
+            environment.insert(key, m_env.value(key));
+        }
+    }
+    qDBusRegisterMetaType<QMap<QString, QString>>();
+    const QDBusMessage reply = connection().call(
+        QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("UpdateActivationEnvironment"))
+        << QVariant::fromValue(environment));
+    return reply.type() == QDBusMessage::ReplyMessage &&
+           writeFile(m_bus.serviceDir() + QStringLiteral("/com.qel.tarvikdaemon.service"), content);
+}
+
+bool CXmppUser::offerClientByActivation(const QString& callLog)
+{
+    return writeFile(m_bus.serviceDir() + QStringLiteral("/com.qel.tarvik.service"),
+                     "[D-BUS Service]\nName=com.qel.tarvik\nExec=" +
+                         binaryPath(QStringLiteral("tarvik-fakes")).toUtf8() + " --client " +
+                         callLog.toUtf8() + "\n");
+}
+
+void CXmppUser::clientLeaves()
+{
+    emitSignal(QStringLiteral("ApplicationClosed"));
+    connection().unregisterService(QStringLiteral("com.qel.tarvik"));
+}
+
+qint64 CXmppUser::daemonPid() const
+{
+    const QDBusReply<uint> pid =
+        connection().interface()->servicePid(QStringLiteral("com.qel.tarvikdaemon"));
+    return pid.isValid() ? qint64(pid.value()) : 0;
 }
 
 bool CXmppUser::startDaemon()
@@ -197,11 +267,15 @@ void CXmppUser::stopDaemon()
                                   .arg(m_strLog.right(4000));
         }
     }
+    daemonLog();
 }
 
 QString CXmppUser::daemonLog()
 {
-    m_strLog += QString::fromLocal8Bit(m_daemon.process().readAllStandardError());
+    // A daemon the bus started writes elsewhere.
+    if (m_daemon.process().isOpen()) {
+        m_strLog += QString::fromLocal8Bit(m_daemon.process().readAllStandardError());
+    }
     return m_strLog;
 }
 

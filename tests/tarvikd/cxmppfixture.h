@@ -55,7 +55,21 @@ public:
     // `systemBus`: the address of the system bus the daemon sees (NetworkManager).
     bool start(const CLocalServer& server, const QString& caFile = QString(),
                const QString& systemBus = QString());
+    // Bus, recorder and the daemon's environment, without the daemon.
+    bool prepare(const CLocalServer& server, const QString& caFile = QString(),
+                 const QString& systemBus = QString());
     bool startDaemon();
+    // Puts the daemon's installed bus service file (the build's copy, Exec pointed at the
+    // built daemon) where the bus finds it, and gives the bus the daemon's environment.
+    bool offerDaemonByActivation();
+    // A bus service file for the client that starts `tarvik-fakes --client <callLog>`.
+    bool offerClientByActivation(const QString& callLog);
+    // The session bus goes away (the session ends).
+    void stopBus() { m_bus.stop(); }
+    // The client closes: ApplicationClosed, and its name leaves the bus.
+    void clientLeaves();
+    // Whoever owns the daemon's name, started here or by the bus; 0 when nobody does.
+    qint64 daemonPid() const;
     // Ends the daemon with SIGTERM; an exit other than status 0 (in the sanitizer build, a
     // leak or a fault at exit) is listed in uncleanExits().
     void stopDaemon();
@@ -78,6 +92,8 @@ public:
     QString number() const { return m_strNumber; }
     QString jid(const CLocalServer& server) const;
     QString home() const { return m_home.path(); }
+    QDBusConnection connection() const { return QDBusConnection(m_strConnection); }
+    QProcessEnvironment environment() const { return m_env; }
 
 private:
     template <typename F>

@@ -12,7 +12,17 @@
 #include <QSignalSpy>
 #include <QThread>
 
+#include <signal.h>
+
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
+#include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+
 #include "cfakenetworkmanager.h"
+#include "cfakenotifications.h"
 #include "cxmppconnection.h"
 #include "cxmppfixture.h"
 #include "storagefixture.h"
@@ -28,6 +38,8 @@ private:
     CLocalServer m_server;
     int m_iNextNumber = 0;
 
+    // A number nobody has used on this server yet.
+    QString nextNumber();
     // A user with a number nobody has used on this server yet, registered when asked.
     CXmppUser* newUser(const QString& name, bool registered = true, const QString& caFile = {});
     // Waits until `user`'s inbox holds `count` messages; the last is a marker sent after
@@ -53,15 +65,22 @@ private Q_SLOTS:
     void hostileStanzas();
     void pauseAndClientState();
     void networkBackConnectsAtOnce();
+    void startedByTheBusOnce();
+    void announcedWhileClientClosed_data();
+    void announcedWhileClientClosed();
+    void killedMidReceiveLosesNothing();
 };
+
+QString XmppDaemonTest::nextNumber()
+{
+    return QStringLiteral("+372 5%1 %2")
+        .arg(QCoreApplication::applicationPid() % 10000, 4, 10, QLatin1Char('0'))
+        .arg(++m_iNextNumber, 3, 10, QLatin1Char('0'));
+}
 
 CXmppUser* XmppDaemonTest::newUser(const QString& name, bool registered, const QString& caFile)
 {
-    auto* user =
-        new CXmppUser(QStringLiteral("+372 5%1 %2")
-                          .arg(QCoreApplication::applicationPid() % 10000, 4, 10, QLatin1Char('0'))
-                          .arg(++m_iNextNumber, 3, 10, QLatin1Char('0')),
-                      name);
+    auto* user = new CXmppUser(nextNumber(), name);
     if (!user->start(m_server, caFile)) {
         qWarning() << "the user's daemon did not start";
         return user;
@@ -101,6 +120,9 @@ void XmppDaemonTest::sendAndWait(CXmppUser& user, const QString& outcome)
 
 void XmppDaemonTest::initTestCase()
 {
+    // Sessions run in this process too: as in the daemon, a closed socket is an error, not
+    // the end of the process.
+    signal(SIGPIPE, SIG_IGN);
     QVERIFY(QFileInfo::exists(binaryPath(QStringLiteral("tarvikd"))));
     QVERIFY2(m_server.start(), qPrintable(m_server.errorString()));
     QVERIFY(m_server.addAccount(QStringLiteral("stranger"), QStringLiteral("stranger-pw")));
@@ -440,7 +462,16 @@ void XmppDaemonTest::pauseAndClientState()
     bob->emitSignal(QStringLiteral("ApplicationClosed"));
     QTRY_COMPARE(bob->callDaemon(QStringLiteral("IsClientStarted")).arguments().value(0),
                  QVariant(false));
+    // The server offers client state indication (XEP-0352): it hears of both changes, and
+    // keeps the session.
+    QTRY_VERIFY2(bob->daemonLog().contains(QLatin1String("told the server the client is inactive")),
+                 qPrintable(bob->daemonLog()));
     bob->callDaemon(QStringLiteral("OnClientStarted"));
+    QTRY_VERIFY(bob->daemonLog().contains(QLatin1String("told the server the client is active")));
+    bob->emitSignal(QStringLiteral("CheckConnectionRequest"));
+    QVERIFY(bob->waitForCall(QStringLiteral("OnConnectionCheckSucceed")));
+    QVERIFY2(!bob->daemonLog().contains(QLatin1String("the session ended")),
+             qPrintable(bob->daemonLog()));
 
     // Paused, the daemon keeps off the network: the server holds what comes meanwhile.
     bob->callDaemon(QStringLiteral("Pause"));
@@ -505,6 +536,197 @@ void XmppDaemonTest::networkBackConnectsAtOnce()
              qPrintable(bob->daemonLog()));
     bob.reset();
     QDBusConnection::disconnectFromBus(QStringLiteral("fake-system"));
+}
+
+namespace {
+
+bool processEnded(qint64 pid)
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+    return !status.open(QIODevice::ReadOnly) || status.readAll().contains("State:\tZ");
+}
+
+}  // namespace
+
+void XmppDaemonTest::startedByTheBusOnce()
+{
+    // The client's first call starts the daemon through its bus service file; a daemon
+    // started by hand meanwhile leaves the name to the one that runs.
+    CXmppUser user(nextNumber(), QStringLiteral("Ann"));
+    QVERIFY(user.prepare(m_server));
+    QVERIFY(user.offerDaemonByActivation());
+    QCOMPARE(user.daemonPid(), 0);
+    const QDBusMessage reply = user.callDaemon(QStringLiteral("OnClientStarted"));
+    QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
+    const qint64 pid = user.daemonPid();
+    QVERIFY(pid > 0);
+    const auto stop = qScopeGuard([pid]() {
+        if (!processEnded(pid)) {
+            ::kill(pid_t(pid), SIGTERM);
+        }
+    });
+    QCOMPARE(QFileInfo(QStringLiteral("/proc/%1/exe").arg(pid)).symLinkTarget(),
+             binaryPath(QStringLiteral("tarvikd")));
+    QCOMPARE(user.registerAccount(), QStringLiteral("OnRegistrationSucceed"));
+
+    QProcess second;
+    second.setProcessEnvironment(user.environment());
+    second.start(binaryPath(QStringLiteral("tarvikd")), QStringList());
+    QVERIFY(second.waitForFinished(10000));
+    const QByteArray said = second.readAllStandardError();
+    QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+    QVERIFY2(second.exitCode() == 0, said.constData());
+    QVERIFY2(said.contains("tarvikd: another tarvikd already serves com.qel.tarvikdaemon; exiting"),
+             said.constData());
+    QVERIFY(!second.readAllStandardOutput().contains("ready"));
+    QCOMPARE(user.daemonPid(), pid);
+    QCOMPARE(user.callDaemon(QStringLiteral("IsClientStarted")).arguments().value(0),
+             QVariant(true));
+
+    // The session ends: the daemon does not outlive its bus.
+    user.stopBus();
+    QTRY_VERIFY_WITH_TIMEOUT(processEnded(pid), 3000);
+}
+
+void XmppDaemonTest::announcedWhileClientClosed_data()
+{
+    // Each wave: five messages at once (one for a single tarvik) from one sender.
+    QTest::addColumn<QStringList>("waves");
+    QTest::addColumn<bool>("clientOpen");
+    QTest::addColumn<QString>("body");
+    QTest::newRow("one tarvik, the client closed")
+        << QStringList{QStringLiteral("<b>Mallory</b>")} << false
+        << QStringLiteral("&lt;b&gt;Mallory&lt;/b&gt;");
+    QTest::newRow("a burst of ten, the client closed")
+        << QStringList{QStringLiteral("<b>Mallory</b>"), QStringLiteral("Trudy")} << false
+        << QStringLiteral("&lt;b&gt;Mallory&lt;/b&gt;, Trudy");
+    QTest::newRow("the client open: it announces")
+        << QStringList{QStringLiteral("Mallory")} << true << QString();
+}
+
+void XmppDaemonTest::announcedWhileClientClosed()
+{
+    QFETCH(QStringList, waves);
+    QFETCH(bool, clientOpen);
+    QFETCH(QString, body);
+    QScopedPointer<CXmppUser> bob(newUser(QStringLiteral("Bob")));
+    CFakeNotifications notifications;
+    QDBusConnection bus = bob->connection();
+    QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), &notifications,
+                               QDBusConnection::ExportAllSlots));
+    QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.Notifications")));
+    const QString callLog = bob->home() + QStringLiteral("/client-calls");
+    QVERIFY(bob->offerClientByActivation(callLog));
+    if (!clientOpen) {
+        bob->clientLeaves();
+        QTRY_COMPARE(bob->callDaemon(QStringLiteral("IsClientStarted")).arguments().value(0),
+                     QVariant(false));
+    }
+    // From a client that is not ours, signed with a screen name. A later wave comes once
+    // the first is on screen, so it must update that notification.
+    const QString to = bob->jid(m_server);
+    const int perWave = waves.size() == 1 ? 1 : 5;
+    int sent = 0;
+    for (const QString& nick : qAsConst(waves)) {
+        QString stanzas;
+        for (int i = 0; i < perWave; ++i, ++sent) {
+            stanzas += QStringLiteral(
+                           "<message type='chat' to='%1' id='burst%2'><body>geo:1.5,"
+                           "2.%2</body><nick xmlns='http://jabber.org/protocol/nick'>"
+                           "%3</nick></message>")
+                           .arg(to)
+                           .arg(sent)
+                           .arg(nick.toHtmlEscaped());
+        }
+        foreignSend(to, stanzas, true);
+        QVERIFY(waitForInbox(*bob, sent));
+        if (!clientOpen) {
+            QTRY_VERIFY(!notifications.m_lstCalls.isEmpty());
+        }
+    }
+    if (clientOpen) {
+        QVERIFY(bob->waitForCall(QStringLiteral("OnMessagesReceived")));
+        QTest::qWait(500);
+        QVERIFY(notifications.m_lstCalls.isEmpty());
+        return;
+    }
+    QTRY_COMPARE(notifications.m_lstCalls.last().strBody, body);
+    int fresh = 0;
+    for (const CFakeNotifications::CCall& call : qAsConst(notifications.m_lstCalls)) {
+        QCOMPARE(call.strApp, QStringLiteral("tarvik"));
+        QCOMPARE(call.strSummary, QStringLiteral("New tarviks received"));
+        QVERIFY(call.lstActions.contains(QStringLiteral("default")));
+        fresh += call.uReplaces == 0 ? 1 : 0;
+        QVERIFY(call.uReplaces == 0 || call.uReplaces == 1);
+    }
+    QCOMPARE(fresh, 1);
+    QVERIFY(!bob->calls().contains(QStringLiteral("OnMessagesReceived")));
+
+    // Taken: the bus starts the client, which is asked for its inbox.
+    QVERIFY(bus.send(QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/Notifications"),
+                                                QStringLiteral("org.freedesktop.Notifications"),
+                                                QStringLiteral("ActionInvoked"))
+                     << 1u << QStringLiteral("default")));
+    const auto calls = [&]() {
+        QFile file(callLog);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(calls(), QByteArray("OpenInbox\n"), 10000);
+    const QDBusReply<uint> client = bus.interface()->servicePid(QStringLiteral("com.qel.tarvik"));
+    QVERIFY(client.isValid());
+    ::kill(pid_t(client.value()), SIGTERM);
+}
+
+void XmppDaemonTest::killedMidReceiveLosesNothing()
+{
+    QScopedPointer<CXmppUser> bob(newUser(QStringLiteral("Bob")));
+    const QString to = bob->jid(m_server);
+    const auto burst = [&](int first, int n) {
+        QString stanzas;
+        for (int i = first; i < first + n; ++i) {
+            stanzas += QStringLiteral(
+                           "<message type='chat' to='%1' id='k%2'><body>K%2 geo:3,4"
+                           "</body></message>")
+                           .arg(to)
+                           .arg(i);
+        }
+        return stanzas;
+    };
+    foreignSend(to, burst(0, 5), true);
+    QVERIFY(waitForInbox(*bob, 5));
+    {
+        // The database is held by someone else: the next three arrive at the daemon, which
+        // cannot store them (each waits out the storage's busy time-out), and it dies
+        // holding them.
+        QSqlDatabase lock =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("lock"));
+        lock.setDatabaseName(bob->home() + QStringLiteral("/.tarvik/tarvikdb.sqlite"));
+        QVERIFY(lock.open());
+        QVERIFY(lock.exec(QStringLiteral("BEGIN EXCLUSIVE")).lastError().type() ==
+                QSqlError::NoError);
+        foreignSend(to, burst(5, 3), true);
+        QVERIFY2(QTest::qWaitFor(
+                     [&]() { return bob->daemonLog().contains(QLatin1String("; trying again")); },
+                     40000),
+                 qPrintable(bob->daemonLog().right(3000)));
+        QCOMPARE(::kill(pid_t(bob->daemonPid()), SIGKILL), 0);
+        lock.exec(QStringLiteral("ROLLBACK"));
+        lock.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("lock"));
+    QVERIFY(bob->startDaemon());
+    foreignSend(to,
+                QStringLiteral("<message type='chat' to='%1' id='marker'><body>Marker geo:3,4"
+                               "</body></message>")
+                    .arg(to),
+                true);
+    QVERIFY2(waitForInbox(*bob, 9), qPrintable(titles(*bob).join(' ')));
+    QStringList expected{QStringLiteral("Marker")};
+    for (int i = 0; i < 8; ++i) {
+        expected << QStringLiteral("K%1").arg(i);
+    }
+    expected.sort();
+    QCOMPARE(titles(*bob), expected);
 }
 
 QTEST_GUILESS_MAIN(XmppDaemonTest)

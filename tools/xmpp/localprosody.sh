@@ -101,6 +101,7 @@ c2s_direct_tls_ports = {}
 modules_disabled = { "s2s" }
 modules_enabled = {
   "roster"; "saslauth"; "tls"; "disco"; "ping"; "register"; "offline"; "smacks"; "posix";
+  "csi_simple";
 }
 c2s_require_encryption = true
 authentication = "internal_hashed"

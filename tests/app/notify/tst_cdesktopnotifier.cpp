@@ -5,36 +5,14 @@
 #include <QDBusConnectionInterface>
 
 #include "cdesktopnotifier.h"
+#include "cfakenotifications.h"
 #include "clogcapture.h"
+#include "ctexts.h"
 #include "folderfixture.h"
 
 using namespace Dravo;
+using Dravo::Test::CFakeNotifications;
 using TarvikTest::makeTarvik;
-
-// A notification server that records what it was sent.
-class CFakeNotifications : public QObject
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
-public:
-    struct CCall
-    {
-        QString strApp;
-        uint uReplaces;
-        QString strSummary;
-        QString strBody;
-        QStringList lstActions;
-    };
-    QList<CCall> m_lstCalls;
-
-public Q_SLOTS:
-    uint Notify(const QString& app, uint replaces, const QString&, const QString& summary,
-                const QString& body, const QStringList& actions, const QVariantMap&, int)
-    {
-        m_lstCalls << CCall{app, replaces, summary, body, actions};
-        return 7;
-    }
-};
 
 class TestDesktopNotifier : public QObject
 {
@@ -66,7 +44,7 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, names);
         QFETCH(QString, body);
-        QCOMPARE(CDesktopNotifier::bodyFor(names), body);
+        QCOMPARE(CTexts::senderList(names), body);
     }
 
     // Unread senders go out in one notification, a second notice updates it, and its
@@ -93,12 +71,12 @@ private Q_SLOTS:
 
         m_fixture.callClient("OnMessagesReceived");
         QVERIFY(notified.wait(5000));
-        QCOMPARE(m_server.m_lstCalls.last().uReplaces, 7u);
+        QCOMPARE(m_server.m_lstCalls.last().uReplaces, 1u);
 
         QSignalSpy openInbox(Tarvik::DBusObject::instance(), &Tarvik::DBusObject::OpenInboxRequest);
         QDBusMessage action = QDBusMessage::createSignal(
             "/org/freedesktop/Notifications", "org.freedesktop.Notifications", "ActionInvoked");
-        action << 7u << QString("default");
+        action << 1u << QString("default");
         QVERIFY(m_fixture.peer().send(action));
         QVERIFY(openInbox.wait(5000));
 
