@@ -413,7 +413,7 @@ void XmppDaemonTest::foreignClients()
     const QJsonObject message =
         QJsonDocument::fromJson(output.trimmed().split('\n').last()).object();
     QCOMPARE(message.value(QStringLiteral("body")).toString(),
-             QStringLiteral("Found you\nMeet me at the tree\ngeo:59.4372155,24.7453688"));
+             QStringLiteral("Found you\nAt the corner\ngeo:59.4369608,24.7535747"));
 }
 
 void XmppDaemonTest::hostileStanzas()
