@@ -38,7 +38,7 @@ bool CLocalServer::run(const QStringList& args, QByteArray* pOutput)
     QProcess process;
     process.setProcessChannelMode(QProcess::SeparateChannels);
     process.start(script(QStringLiteral("localprosody.sh")), args);
-    const bool finished = process.waitForFinished(30000);
+    const bool finished = process.waitForFinished(60000);
     const QByteArray output = process.readAllStandardOutput();
     if (pOutput) {
         *pOutput = output;

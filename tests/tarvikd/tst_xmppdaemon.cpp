@@ -334,7 +334,7 @@ void XmppDaemonTest::serverFailsDuringSend()
     } else {
         QVERIFY(!killed);
     }
-    QVERIFY(m_server.restart());
+    QVERIFY2(m_server.restart(), qPrintable(m_server.errorString()));
     for (CXmppUser* user : {alice.data(), bob.data()}) {
         user->emitSignal(QStringLiteral("CheckConnectionRequest"));
         QVERIFY2(user->waitForCall(QStringLiteral("OnConnectionCheckSucceed"), 1, 30000),
@@ -524,7 +524,7 @@ void XmppDaemonTest::networkBackConnectsAtOnce()
                  [&]() { return bob->daemonLog().contains(QLatin1String("next attempt in 8 s")); },
                  30000),
              qPrintable(bob->daemonLog()));
-    QVERIFY(m_server.restart());
+    QVERIFY2(m_server.restart(), qPrintable(m_server.errorString()));
     // The network comes back: the daemon does not wait out its back-off.
     QVERIFY(setState(QStringLiteral("online")));
     QVERIFY2(QTest::qWaitFor(

@@ -57,11 +57,22 @@ wait_gone() {
   return 1
 }
 
+# A free port below the kernel's ephemeral range: a client that connects while the server
+# is down could otherwise be given the server's own port as its source and connect to itself
+# (TCP self-connect), holding the port so that the server cannot come back.
 free_port() {
-  /usr/bin/python3 -c 'import socket
-s = socket.socket()
-s.bind(("127.0.0.1", 0))
-print(s.getsockname()[1])'
+  /usr/bin/python3 -c 'import random, socket
+low = int(open("/proc/sys/net/ipv4/ip_local_port_range").read().split()[0])
+for port in random.sample(range(10000, low), 200):
+    s = socket.socket()
+    try:
+        s.bind(("127.0.0.1", port))
+    except OSError:
+        continue
+    finally:
+        s.close()
+    print(port)
+    break'
 }
 
 make_cert() {
@@ -162,7 +173,8 @@ cmd_start() {
   pid=$!
   echo "$pid" >"$dir/pid"
 
-  for ((i = 0; i < 100; i++)); do
+  # Up to 30 s: a loaded machine (two test suites at once) starts prosody slowly.
+  for ((i = 0; i < 300; i++)); do
     if ! kill -0 "$pid" 2>/dev/null || ! live_pid "$dir" >/dev/null; then
       echo "localprosody: prosody exited during start-up; log:" >&2
       tail -n +"$((mark + 1))" "$dir/prosody.log" | tail -n 20 >&2
@@ -182,7 +194,7 @@ cmd_start() {
     fi
     sleep 0.1
   done
-  echo "localprosody: port $port not open after 10 s; log:" >&2
+  echo "localprosody: port $port not open after 30 s; log:" >&2
   tail -n +"$((mark + 1))" "$dir/prosody.log" | tail -n 20 >&2
   cmd_kill "$dir"
   exit 1
