@@ -170,6 +170,7 @@ CXmppConnection::CXmppConnection(QObject* parent)
       m_uAcked(0),
       m_uNextId(0),
       m_bCsiOffered(false),
+      m_bSmOffered(false),
       m_bClientActive(false),
       m_bServerSeesActive(true)
 {
@@ -194,6 +195,7 @@ bool CXmppConnection::newConnection(const CEndpoint& endpoint)
     m_strLastError.clear();
     m_bAuthFailed = false;
     m_bCsiOffered = false;
+    m_bSmOffered = false;
     m_log = xmpp_log_t{&CStropheCallbacks::log, this};
     m_pCtx = xmpp_ctx_new(nullptr, &m_log);
     m_pConn = m_pCtx ? xmpp_conn_new(m_pCtx) : nullptr;
@@ -357,7 +359,9 @@ void CXmppConnection::connEvent(int event, int error, const QString& streamError
         m_bSmEnabled = false;
         m_uReceived = 0;
         m_uAcked = 0;
-        if (!m_bSmRefused) {
+        // Stream management only where the server offers it: an element it does not know
+        // would end the stream.
+        if (m_bSmOffered && !m_bSmRefused) {
             sendRaw(QByteArrayLiteral("<enable xmlns='urn:xmpp:sm:3'/>"));
         }
         // Presence makes the server hand over what it stored while we were away.
@@ -593,9 +597,9 @@ void CXmppConnection::debugLine(const char* area, const char* msg)
         return;
     }
     static const char kPrefix[] = "RECV: <features xmlns=\"http://etherx.jabber.org/streams\">";
-    if (std::strncmp(msg, kPrefix, sizeof kPrefix - 1) == 0 &&
-        std::strstr(msg, "<csi xmlns=\"urn:xmpp:csi:0\"/>")) {
-        m_bCsiOffered = true;
+    if (std::strncmp(msg, kPrefix, sizeof kPrefix - 1) == 0) {
+        m_bCsiOffered = m_bCsiOffered || std::strstr(msg, "<csi xmlns=\"urn:xmpp:csi:0\"");
+        m_bSmOffered = m_bSmOffered || std::strstr(msg, "<sm xmlns=\"urn:xmpp:sm:3\"");
     }
 }
 

@@ -145,6 +145,7 @@ private:
     // Client state indication: offered in this session's features, wanted, and as the
     // server knows it (active when a session begins).
     bool m_bCsiOffered;
+    bool m_bSmOffered;  // the session's stream features offered stream management
     bool m_bClientActive;
     bool m_bServerSeesActive;
     QString m_strLastError;
