@@ -113,8 +113,8 @@ private Q_SLOTS:
     void concurrentWritersKeepLinesWhole()
     {
         QVERIFY(CLogWriter::install());
-        const int nLines = 300;
-        auto writer = [nLines](char tag) {
+        constexpr int nLines = 300;
+        auto writer = [](char tag) {
             const QByteArray baLine(120, tag);
             for (int i = 0; i < nLines; ++i)
                 qDebug("%s", baLine.constData());
