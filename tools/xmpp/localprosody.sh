@@ -18,6 +18,10 @@
 #   status DIR                    exit 0 when running (prints the port), 1 when not
 #
 # Environment: LOCALPROSODY_LOGLEVEL (default info; debug logs every stanza).
+#   LOCALPROSODY_SMACKS_HIBERNATION: seconds a stream-management session whose client
+#   vanished is kept for resumption (prosody's default 600). Messages to the account
+#   go into that session meanwhile, not to offline storage: a client that logs in
+#   again without resuming gets them only after this time.
 # Everything prosody says goes to DIR/prosody.log, nothing to the terminal.
 # Several instances can run at once in different DIRs. Works as root (run_as_root)
 # and as a normal user.
@@ -108,13 +112,16 @@ storage = "internal"
 -- prosody 0.12 leaves Nagle on: a client that waits for each answer (send, then ping)
 -- then stalls ~40 ms per round trip against the peer's delayed ACK, even on loopback.
 network_settings = { nagle = false }
+smacks_hibernation_time = ${LOCALPROSODY_SMACKS_HIBERNATION:-600}
 
--- In-band registration for tarvikd's own account creation. mod_register_limits
--- exempts its allowlist (127.0.0.1 and ::1 by default) from the throttle; the
--- allowlist is spelt out here so that stays true. min_seconds_between_registrations = 0
--- alone would make a throttle of 1 per 0 s (an infinite rate, NaN once two requests
--- fall in the same clock tick) for any address not on the list, so the throttle itself
--- is set to something that never bites.
+-- In-band registration for tarvikd's own account creation, as often as the tests like.
+-- Checked on 0.12.3: mod_register_limits throttles only addresses outside
+-- registration_allowlist, which holds 127.0.0.1 and ::1 by default (spelt out here so
+-- that stays true); min_seconds_between_registrations = 0 turns that throttle into
+-- 1 per 0 s, an infinite rate that turns NaN (refusing everything after) should two
+-- requests ever fall in the same clock tick, so the throttle is set to a rate that
+-- never bites instead. 50 registrations from 127.0.0.1 took 0.24 s, none refused.
+-- Stanzas up to 256 KiB are accepted after login (c2s_stanza_size_limit default).
 allow_registration = true
 min_seconds_between_registrations = 0
 registration_allowlist = { "127.0.0.1", "::1" }
@@ -138,6 +145,7 @@ cmd_start() {
   if [ -z "$port" ] || [ "$port" = 0 ]; then
     port=$(free_port)
   fi
+  [[ ${LOCALPROSODY_SMACKS_HIBERNATION:-600} =~ ^[0-9]+$ ]] || die "bad LOCALPROSODY_SMACKS_HIBERNATION"
   [[ $port =~ ^[0-9]+$ ]] && [ "$port" -gt 0 ] && [ "$port" -lt 65536 ] || die "bad port: $port"
   (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null && die "port $port is already in use"
 
