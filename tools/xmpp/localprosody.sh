@@ -133,19 +133,28 @@ VirtualHost "$domain"
 EOF
 }
 
+# The last lines this run wrote to the log, without prosody's multi-line notice about
+# the missing lua-unbound (harmless: it falls back to its own DNS resolver).
+log_tail() {
+  tail -n +"$(($2 + 1))" "$1/prosody.log" |
+    awk '/unable to find lua-unbound/ { skip = 1 } skip && /doc\/depends/ { skip = 0; next }
+         !skip && NF && !/^\*+$/' | tail -n 20 >&2
+}
+
 cmd_start() {
   local dir=$1 port=${2:-} domain=${3:-} pid i
+  [ -n "$domain" ] || domain=tarvik.localhost
+  [[ $domain =~ ^[A-Za-z0-9.-]+$ ]] || die "bad domain: $domain"
+  [[ ${LOCALPROSODY_LOGLEVEL:-info} =~ ^(debug|info|warn|error)$ ]] || die "bad LOCALPROSODY_LOGLEVEL"
+  [[ ${LOCALPROSODY_SMACKS_HIBERNATION:-600} =~ ^[0-9]+$ ]] || die "bad LOCALPROSODY_SMACKS_HIBERNATION"
   mkdir -p "$dir"
   dir=$(cd "$dir" && pwd)
   if pid=$(live_pid "$dir"); then
     die "already running in $dir (pid $pid, port $(cat "$dir/port"))"
   fi
-  [ -n "$domain" ] || domain=tarvik.localhost
-  [[ $domain =~ ^[A-Za-z0-9.-]+$ ]] || die "bad domain: $domain"
   if [ -z "$port" ] || [ "$port" = 0 ]; then
     port=$(free_port)
   fi
-  [[ ${LOCALPROSODY_SMACKS_HIBERNATION:-600} =~ ^[0-9]+$ ]] || die "bad LOCALPROSODY_SMACKS_HIBERNATION"
   [[ $port =~ ^[0-9]+$ ]] && [ "$port" -gt 0 ] && [ "$port" -lt 65536 ] || die "bad port: $port"
   (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null && die "port $port is already in use"
 
@@ -167,19 +176,20 @@ cmd_start() {
   # to the log too.
   setsid prosody -F --config "$dir/prosody.cfg.lua" </dev/null >>"$dir/prosody.log" 2>&1 &
   pid=$!
+  disown "$pid"
   echo "$pid" >"$dir/pid"
 
   for ((i = 0; i < 100; i++)); do
     if ! kill -0 "$pid" 2>/dev/null || ! live_pid "$dir" >/dev/null; then
       echo "localprosody: prosody exited during start-up; log:" >&2
-      tail -n +"$((mark + 1))" "$dir/prosody.log" | tail -n 20 >&2
+      log_tail "$dir" "$mark"
       rm -f "$dir/pid"
       exit 1
     fi
     # prosody keeps running when it cannot bind the port; it logs that instead.
     if tail -n +"$((mark + 1))" "$dir/prosody.log" | grep -q "Failed to open server port"; then
       echo "localprosody: prosody could not listen on port $port; log:" >&2
-      tail -n +"$((mark + 1))" "$dir/prosody.log" | tail -n 20 >&2
+      log_tail "$dir" "$mark"
       cmd_kill "$dir"
       exit 1
     fi
@@ -190,7 +200,7 @@ cmd_start() {
     sleep 0.1
   done
   echo "localprosody: port $port not open after 10 s; log:" >&2
-  tail -n +"$((mark + 1))" "$dir/prosody.log" | tail -n 20 >&2
+  log_tail "$dir" "$mark"
   cmd_kill "$dir"
   exit 1
 }
