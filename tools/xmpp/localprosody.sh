@@ -155,7 +155,9 @@ cmd_start() {
   if [ -z "$port" ] || [ "$port" = 0 ]; then
     port=$(free_port)
   fi
-  [[ $port =~ ^[0-9]+$ ]] && [ "$port" -gt 0 ] && [ "$port" -lt 65536 ] || die "bad port: $port"
+  if ! [[ $port =~ ^[0-9]+$ ]] || [ "$port" -lt 1 ] || [ "$port" -gt 65535 ]; then
+    die "bad port: $port"
+  fi
   (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null && die "port $port is already in use"
 
   mkdir -p "$dir/data" "$dir/certs"
