@@ -33,7 +33,7 @@ die() {
 }
 
 usage() {
-  sed -n '2,/^set -euo/p' "$0" | sed '$d; s/^# \{0,1\}//' >&2
+  sed -n '/^# Usage/,/^set -euo/p' "$0" | sed '$d; s/^# \{0,1\}//' >&2
   exit 2
 }
 
@@ -133,12 +133,16 @@ VirtualHost "$domain"
 EOF
 }
 
-# The last lines this run wrote to the log, without prosody's multi-line notice about
-# the missing lua-unbound (harmless: it falls back to its own DNS resolver).
+# prosody's output without its multi-line notice about the missing lua-unbound
+# (harmless: it falls back to its own DNS resolver), empty lines and frames.
+without_notice() {
+  awk '/unable to find lua-unbound/ { skip = 1 } skip && /doc\/depends/ { skip = 0; next }
+       !skip && NF && !/^\*+$/'
+}
+
+# The last lines this run wrote to the log.
 log_tail() {
-  tail -n +"$(($2 + 1))" "$1/prosody.log" |
-    awk '/unable to find lua-unbound/ { skip = 1 } skip && /doc\/depends/ { skip = 0; next }
-         !skip && NF && !/^\*+$/' | tail -n 20 >&2
+  tail -n +"$(($2 + 1))" "$1/prosody.log" | without_notice | tail -n 20 >&2
 }
 
 cmd_start() {
@@ -250,7 +254,7 @@ cmd_register() {
   # prosodyctl writes the account straight into the data store, running server or not.
   if ! out=$(prosodyctl --config "$dir/prosody.cfg.lua" register "$user" "$(cat "$dir/domain")" "$password" 2>&1); then
     echo "localprosody: prosodyctl register failed:" >&2
-    echo "$out" | grep -v '^\s*$' >&2
+    echo "$out" | without_notice >&2
     exit 1
   fi
 }
