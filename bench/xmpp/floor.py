@@ -145,7 +145,9 @@ async def bench(args, server):
         last_receipt = max(received_at.values())
         latencies = sorted((received_at[i] - sent_at[i]) * 1000.0 for i in received_at)
         rate = len(received_at) / (last_receipt - first_send)
-        print(f"floor: {args.count} messages, {rate:.0f} msg/s, "
+        got = (f"{args.count}" if len(received_at) == args.count
+               else f"{len(received_at)} of {args.count}")
+        print(f"floor: {got} messages, {rate:.0f} msg/s, "
               f"median {statistics.median(latencies):.1f} ms, "
               f"p99 {percentile(latencies, 99):.1f} ms")
     if stray:

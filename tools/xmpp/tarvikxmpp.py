@@ -13,7 +13,6 @@ import logging
 import math
 import os
 import re
-import xml.etree.ElementTree as ET
 from dataclasses import dataclass
 from datetime import datetime, timezone
 from xml.sax.saxutils import escape, quoteattr
