@@ -8,23 +8,10 @@
 #include <QDBusPendingReply>
 #include <QDebug>
 
+#include "cnotifications.h"
 #include "ctexts.h"
 
 namespace Dravo {
-
-namespace {
-const char* const kService = "org.freedesktop.Notifications";
-const char* const kPath = "/org/freedesktop/Notifications";
-const char* const kInterface = "org.freedesktop.Notifications";
-const char* const kDefaultAction = "default";
-const int kCallTimeoutMs = 5000;
-
-QDBusMessage notificationCall(const char* method)
-{
-    return QDBusMessage::createMethodCall(QLatin1String(kService), QLatin1String(kPath),
-                                          QLatin1String(kInterface), QLatin1String(method));
-}
-}  // namespace
 
 CInboxNotifier::CInboxNotifier(const QDBusConnection& bus, QObject* parent)
     : QObject(parent),
@@ -34,9 +21,9 @@ CInboxNotifier::CInboxNotifier(const QDBusConnection& bus, QObject* parent)
       m_bChanged(false),
       m_bCloseOnReply(false)
 {
-    m_bus.connect(QString(), QLatin1String(kPath), QLatin1String(kInterface),
+    m_bus.connect(QString(), CNotifications::path, CNotifications::interface,
                   QStringLiteral("ActionInvoked"), this, SLOT(onActionInvoked(uint, QString)));
-    m_bus.connect(QString(), QLatin1String(kPath), QLatin1String(kInterface),
+    m_bus.connect(QString(), CNotifications::path, CNotifications::interface,
                   QStringLiteral("NotificationClosed"), this,
                   SLOT(onNotificationClosed(uint, uint)));
 }
@@ -72,22 +59,23 @@ void CInboxNotifier::endBurst()
 
 void CInboxNotifier::send()
 {
-    QDBusMessage message = notificationCall("Notify");
+    QDBusMessage message = CNotifications::call("Notify");
     QVariantMap hints;
     hints.insert(QStringLiteral("desktop-entry"), QStringLiteral("com.qel.tarvik"));
     hints.insert(QStringLiteral("category"), QStringLiteral("im.received"));
     message << CTexts::appName() << m_uId << QStringLiteral("com.qel.tarvik")
             << CTexts::newTarviksReceived() << CTexts::senderList(m_lstSenders)
-            << QStringList{QLatin1String(kDefaultAction), CTexts::inbox()} << hints << int(-1);
+            << QStringList{CNotifications::defaultAction, CTexts::inbox()} << hints << int(-1);
     m_bSending = true;
     m_bChanged = false;
-    auto* pWatcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, kCallTimeoutMs), this);
+    auto* pWatcher =
+        new QDBusPendingCallWatcher(m_bus.asyncCall(message, CNotifications::callTimeoutMs), this);
     connect(pWatcher, &QDBusPendingCallWatcher::finished, this, &CInboxNotifier::onNotifyFinished);
 }
 
 void CInboxNotifier::close(uint id)
 {
-    m_bus.asyncCall(notificationCall("CloseNotification") << id, kCallTimeoutMs);
+    m_bus.asyncCall(CNotifications::call("CloseNotification") << id, CNotifications::callTimeoutMs);
 }
 
 void CInboxNotifier::onNotifyFinished(QDBusPendingCallWatcher* pWatcher)
@@ -113,7 +101,7 @@ void CInboxNotifier::onNotifyFinished(QDBusPendingCallWatcher* pWatcher)
 
 void CInboxNotifier::onActionInvoked(uint id, const QString& strAction)
 {
-    if (id == 0 || id != m_uId || strAction != QLatin1String(kDefaultAction)) {
+    if (id == 0 || id != m_uId || strAction != CNotifications::defaultAction) {
         return;
     }
     qInfo() << "tarvikd: the notification was taken: opening the inbox";

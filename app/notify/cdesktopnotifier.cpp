@@ -11,18 +11,11 @@
 #include <QWidget>
 
 #include "casynctstorage.h"
+#include "cnotifications.h"
 #include "ctexts.h"
 #include "dbusobject.h"
 
 namespace Dravo {
-
-namespace {
-const char* const kService = "org.freedesktop.Notifications";
-const char* const kPath = "/org/freedesktop/Notifications";
-const char* const kInterface = "org.freedesktop.Notifications";
-const char* const kDefaultAction = "default";
-const int kCallTimeoutMs = 5000;
-}  // namespace
 
 CDesktopNotifier::CDesktopNotifier(QWidget* pWindow, QObject* parent)
     : QObject(parent), m_pWindow(pWindow), m_pPendingTag(nullptr), m_uId(0), m_bSending(false)
@@ -32,9 +25,9 @@ CDesktopNotifier::CDesktopNotifier(QWidget* pWindow, QObject* parent)
     connect(CAsyncTStorage::getInstance(1), &CAsyncTStorage::signalTarviksGotten, this,
             &CDesktopNotifier::tarviksGotten);
     QDBusConnection bus = QDBusConnection::sessionBus();
-    bus.connect(QString(), QLatin1String(kPath), QLatin1String(kInterface),
+    bus.connect(QString(), CNotifications::path, CNotifications::interface,
                 QStringLiteral("ActionInvoked"), this, SLOT(onActionInvoked(uint, QString)));
-    bus.connect(QString(), QLatin1String(kPath), QLatin1String(kInterface),
+    bus.connect(QString(), CNotifications::path, CNotifications::interface,
                 QStringLiteral("NotificationClosed"), this, SLOT(onNotificationClosed(uint, uint)));
 }
 
@@ -101,18 +94,16 @@ void CDesktopNotifier::notify(const QString& strBody)
         m_strQueuedBody = strBody;
         return;
     }
-    QDBusMessage msg =
-        QDBusMessage::createMethodCall(QLatin1String(kService), QLatin1String(kPath),
-                                       QLatin1String(kInterface), QStringLiteral("Notify"));
+    QDBusMessage msg = CNotifications::call("Notify");
     QVariantMap hints;
     hints.insert(QStringLiteral("desktop-entry"), QStringLiteral("com.qel.tarvik"));
     hints.insert(QStringLiteral("category"), QStringLiteral("im.received"));
     msg << CTexts::appName() << m_uId << QStringLiteral("com.qel.tarvik")
         << CTexts::newTarviksReceived() << strBody
-        << QStringList{QLatin1String(kDefaultAction), CTexts::inbox()} << hints << int(-1);
+        << QStringList{CNotifications::defaultAction, CTexts::inbox()} << hints << int(-1);
     m_bSending = true;
     auto* pWatcher = new QDBusPendingCallWatcher(
-        QDBusConnection::sessionBus().asyncCall(msg, kCallTimeoutMs), this);
+        QDBusConnection::sessionBus().asyncCall(msg, CNotifications::callTimeoutMs), this);
     connect(pWatcher, &QDBusPendingCallWatcher::finished, this,
             &CDesktopNotifier::onNotifyFinished);
 }
@@ -138,7 +129,7 @@ void CDesktopNotifier::onNotifyFinished(QDBusPendingCallWatcher* pWatcher)
 
 void CDesktopNotifier::onActionInvoked(uint id, const QString& strAction)
 {
-    if (id == 0 || id != m_uId || strAction != QLatin1String(kDefaultAction))
+    if (id == 0 || id != m_uId || strAction != CNotifications::defaultAction)
         return;
     qDebug("CDesktopNotifier: notification tapped, opening the inbox");
     if (m_pWindow) {
