@@ -219,12 +219,15 @@ void CLocationEngine::disconnectNotify(const QMetaMethod& signal)
     if (signal.isValid() && signal != QMetaMethod::fromSignal(&CLocationEngine::onLocation)) {
         return;
     }
+    // A receiver being destroyed calls this with a signal-slot mutex held, which may be
+    // the one isSignalConnected() takes: look at the receivers later, from the event loop.
+    QMetaObject::invokeMethod(this, &CLocationEngine::stopIfUnused, Qt::QueuedConnection);
+}
+
+void CLocationEngine::stopIfUnused()
+{
     if (!isSignalConnected(QMetaMethod::fromSignal(&CLocationEngine::onLocation))) {
-        if (QThread::currentThread() == thread()) {
-            stop();
-        } else {
-            QMetaObject::invokeMethod(this, &CLocationEngine::stop, Qt::QueuedConnection);
-        }
+        stop();
     }
 }
 

@@ -85,6 +85,7 @@ private:
     void deliver(const CLocation& location);
     void onLocationInternal(const CLocation& location);
     void stop();
+    void stopIfUnused();
 
     CTimings m_timings;
     SourceFactory m_factory;
