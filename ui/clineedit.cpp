@@ -64,11 +64,14 @@ void CLineEdit::init()
         case eLineEditPhone:
             m_pValidator = new PhoneValidator();
             setValidator(m_pValidator);
-            setInputMethodHints(Qt::ImhDigitsOnly);
+            setInputMethodHints(Qt::ImhDialableCharactersOnly);
             break;
         case eLineEditPhoneEmail:
             m_pValidator = new PhoneEmailValidator();
             setValidator(m_pValidator);
+            // Addresses and numbers: no capital at the start, no word guessing, Latin letters.
+            setInputMethodHints(Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText |
+                                Qt::ImhPreferLowercase | Qt::ImhLatinOnly);
             break;
         default:
             break;

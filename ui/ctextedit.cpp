@@ -3,16 +3,20 @@
 
 #include "ctextedit.h"
 
+#include "ctouchscroller.h"
+
 namespace Dravo {
 
 CTextEdit::CTextEdit(const QString& strText, QWidget* parent) : QTextEdit(strText, parent)
 {
     setAutoFillBackground(false);
+    CTouchScroller::enable(this);
 }
 
 CTextEdit::CTextEdit(QWidget* parent) : QTextEdit(parent)
 {
     setAutoFillBackground(false);
+    CTouchScroller::enable(this);
 }
 
 void CTextEdit::focusInEvent(QFocusEvent* event)

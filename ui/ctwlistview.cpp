@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "ctouchscroller.h"
+
 namespace Dravo {
 
 CTWListView::CTWListView(QWidget* parent) : CTWListView(QString(), parent) {}
@@ -17,8 +19,8 @@ CTWListView::CTWListView(const QString& strEmptyText, QWidget* parent)
     setResizeMode(QListView::Adjust);
     viewport()->setAutoFillBackground(false);
     setFrameShape(QFrame::NoFrame);
-    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setFocusPolicy(Qt::NoFocus);
+    CTouchScroller::enable(this);
     connect(m_busy.animation(), &CAnimation::frameChanged, this,
             &CTWListView::onAnimationFrameChanged);
 }

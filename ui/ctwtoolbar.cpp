@@ -3,6 +3,7 @@
 
 #include "ctwtoolbar.h"
 
+#include "ctoolbarlayout.h"
 #include "ctwpushbutton.h"
 
 namespace Dravo {
@@ -11,7 +12,7 @@ CTWToolBar::CTWToolBar(QBoxLayout::Direction direction, QWidget* parent)
     : CTWSkinned<QWidget>(parent)
 {
     setAutoFillBackground(false);
-    setLayout(new QBoxLayout(direction));
+    setLayout(new CToolBarLayout(direction));
 }
 
 QBoxLayout* CTWToolBar::boxLayout() const
@@ -23,6 +24,12 @@ void CTWToolBar::setDirection(QBoxLayout::Direction direction)
 {
     if (QBoxLayout* pBox = boxLayout())
         pBox->setDirection(direction);
+}
+
+void CTWToolBar::setWrapping(bool bWrapping)
+{
+    if (auto* pLayout = dynamic_cast<CToolBarLayout*>(layout()))
+        pLayout->setWrapping(bWrapping);
 }
 
 CTWToolBar* CTWToolBar::createSideBar(QWidget* parent)

@@ -21,6 +21,8 @@ public:
                         QWidget* parent = nullptr);
 
     void setDirection(QBoxLayout::Direction direction);
+    // Wrapped, the buttons fill rows along the bottom of a portrait screen.
+    void setWrapping(bool bWrapping);
     // The tool bar's layout; null only if someone replaced it with another kind.
     QBoxLayout* boxLayout() const;
 

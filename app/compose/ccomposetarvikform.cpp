@@ -102,13 +102,7 @@ CComposeTarvikForm::CComposeTarvikForm(QWidget* parent, int composeType, const Q
     connect(m_pBtnContacts, &CTWPushButton::clicked, this, &CComposeTarvikForm::onBtnContactsClick);
     connect(m_pBtnSend, &CTWPushButton::clicked, this, &CComposeTarvikForm::onBtnSendClick);
 
-    auto* pRow = new QHBoxLayout();
-    pRow->setSpacing(0);
-    pRow->setContentsMargins(0, 0, 0, 0);
-    pRow->addWidget(pPanel, 1);
-    pRow->addWidget(pToolBar, 0);
-    if (QBoxLayout* pFormLayout = qobject_cast<QBoxLayout*>(layout()))
-        pFormLayout->addLayout(pRow, 1);
+    setBody(pPanel, pToolBar, true);
 }
 
 QString CComposeTarvikForm::title() const

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QScroller>
 #include <QSortFilterProxyModel>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -90,6 +91,9 @@ CContactChooserDialog::CContactChooserDialog(QWidget* parent)
     m_pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_pList->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_pList->setVisible(false);
+    // A finger flicks through the address book.
+    m_pList->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    QScroller::grabGesture(m_pList->viewport(), QScroller::TouchGesture);
     connect(m_pList, &QListView::activated, this, [this]() { accept(); });
 
     m_pStatus->setObjectName(QStringLiteral("contactStatus"));

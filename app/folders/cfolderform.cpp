@@ -46,13 +46,7 @@ CFolderForm::CFolderForm(QWidget* parent, const CTraits& traits)
     }
     m_pBtnBack = addButton(CTexts::back(), Qt::AlignBottom, &CFolderForm::onBtnCloseClick);
 
-    auto* pRow = new QHBoxLayout();
-    pRow->setSpacing(0);
-    pRow->setContentsMargins(0, 0, 0, 0);
-    pRow->addWidget(m_pListView, 1);
-    pRow->addWidget(m_pToolBar);
-    if (auto* pLayout = qobject_cast<QBoxLayout*>(layout()))
-        pLayout->addLayout(pRow, 1);
+    setBody(m_pListView, m_pToolBar);
 
     connect(m_pListView, &QAbstractItemView::clicked, this, &CFolderForm::itemClicked);
     if (m_traits.bOpenButtons) {

@@ -43,29 +43,19 @@ CMapFakeForm::CMapFakeForm(QWidget* parent, const CTarvik& tarvik, int eType)
     m_pProgress->setFixedSize(frame.isValid() ? frame.size() : QSize(32, 32));
     m_pProgress->setBusy(true);
 
-    auto* pToolBar = new CTWToolBar(QBoxLayout::TopToBottom, this);
-    pToolBar->setSkin(CSkin(QStringLiteral(":/res_ui/img/toolbar.png")));
-    pToolBar->boxLayout()->setSpacing(10);
-    pToolBar->boxLayout()->setContentsMargins(10, 10, 10, 10);
+    auto* pToolBar = CTWToolBar::createSideBar(this);
     pToolBar->boxLayout()->addStretch(1);
-    m_pBtnClose = new CTWPushButton(CTexts::back(), pToolBar);
-    m_pBtnClose->setAccessibleName(CTexts::back());
-    pToolBar->boxLayout()->addWidget(m_pBtnClose, 0, Qt::AlignBottom);
+    m_pBtnClose = pToolBar->addButton(CTexts::back(), Qt::AlignBottom);
     connect(m_pBtnClose, &CTWPushButton::clicked, this, &CMapFakeForm::onBtnCloseClick);
 
-    auto* pPanel = new QVBoxLayout();
+    auto* pContent = new QWidget(this);
+    auto* pPanel = new QVBoxLayout(pContent);
     pPanel->addStretch(1);
     pPanel->addWidget(pLabel);
     pPanel->addSpacing(16);
     pPanel->addWidget(m_pProgress, 0, Qt::AlignHCenter);
     pPanel->addStretch(1);
-    auto* pRow = new QHBoxLayout();
-    pRow->setSpacing(0);
-    pRow->setContentsMargins(0, 0, 0, 0);
-    pRow->addLayout(pPanel, 1);
-    pRow->addWidget(pToolBar, 0);
-    if (QBoxLayout* pFormLayout = qobject_cast<QBoxLayout*>(layout()))
-        pFormLayout->addLayout(pRow, 1);
+    setBody(pContent, pToolBar);
 
     CConnectionManager* pManager = CConnectionManager::instance();
     connect(pManager, &CConnectionManager::connected, this,

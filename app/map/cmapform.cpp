@@ -65,11 +65,8 @@ CMapForm::CMapForm(QWidget* parent, const CTarvik& tarvik, int eType)
     connect(m_pMapView, &CMapWebView::signalRouteLoaded, this, &CMapForm::onRouteLoaded);
     connect(m_pMapView, &CMapWebView::signalMapTilesLoaded, this, &CMapForm::onMapTilesLoaded);
 
-    m_pToolBar = new CTWToolBar(QBoxLayout::TopToBottom, this);
-    m_pToolBar->setSkin(CSkin(QStringLiteral(":/res_ui/img/toolbar.png")));
+    m_pToolBar = CTWToolBar::createSideBar(this);
     QBoxLayout* pBarLayout = m_pToolBar->boxLayout();
-    pBarLayout->setSpacing(10);
-    pBarLayout->setContentsMargins(10, 10, 10, 10);
 
     if (eType == eTypeRouteAndDirections) {
         m_pBtnUp = new CTWPushButton(CTexts::pageUp(), m_pToolBar);
@@ -130,16 +127,7 @@ CMapForm::CMapForm(QWidget* parent, const CTarvik& tarvik, int eType)
     connect(m_pBtnClose, &CTWPushButton::clicked, this, &CMapForm::onBtnCloseClick);
     pBarLayout->addWidget(m_pBtnClose, 0, Qt::AlignBottom);
 
-    if (QBoxLayout* pFormLayout = qobject_cast<QBoxLayout*>(layout())) {
-        pFormLayout->setSpacing(0);
-        pFormLayout->setContentsMargins(0, 0, 0, 0);
-        auto* pRow = new QHBoxLayout();
-        pRow->setSpacing(0);
-        pRow->setContentsMargins(0, 0, 0, 0);
-        pRow->addWidget(m_pMapView, 1);
-        pRow->addWidget(m_pToolBar, 0);
-        pFormLayout->addLayout(pRow, 1);
-    }
+    setBody(m_pMapView, m_pToolBar);
 
     m_timerTiles.setSingleShot(true);
     connect(&m_timerTiles, &QTimer::timeout, this, &CMapForm::onTilesTimeout);

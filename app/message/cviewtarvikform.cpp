@@ -78,9 +78,8 @@ CViewTarvikForm::CViewTarvikForm(QWidget* parent, const CTarvik& tarvik, int vie
     pGrid->setContentsMargins(CONTENT_MARGIN, CONTENT_MARGIN, CONTENT_MARGIN, CONTENT_MARGIN);
     pGrid->setHorizontalSpacing(CONTENT_SPACING);
     pGrid->setVerticalSpacing(CONTENT_SPACING / 2);
-    m_pLineEditDate = addField(
-        pGrid, 0, CTexts::dateLabel(),
-        QLocale::system().toString(m_tarvik.dateTime().toLocalTime(), QLocale::LongFormat));
+    m_pLineEditDate = addField(pGrid, 0, CTexts::dateLabel(), QString());
+    orientationChanged(false);
     m_pLineEditFromTo = addField(pGrid, 1, bSent ? CTexts::toLabel() : CTexts::fromLabel(),
                                  CTarvikPrefill::shownParty(m_tarvik, bSent));
     m_pLineEditSubject = addField(pGrid, 2, CTexts::subjectLabel(), m_tarvik.title());
@@ -110,13 +109,7 @@ CViewTarvikForm::CViewTarvikForm(QWidget* parent, const CTarvik& tarvik, int vie
         addButton(CTexts::forward(), Qt::AlignBottom, &CViewTarvikForm::onBtnForwardClick);
     m_pBtnBack = addButton(CTexts::back(), Qt::AlignBottom, &CViewTarvikForm::onBtnCloseClick);
 
-    auto* pRow = new QHBoxLayout();
-    pRow->setSpacing(0);
-    pRow->setContentsMargins(0, 0, 0, 0);
-    pRow->addWidget(pContent, 1);
-    pRow->addWidget(m_pToolBar);
-    if (auto* pLayout = qobject_cast<QBoxLayout*>(layout()))
-        pLayout->addLayout(pRow, 1);
+    setBody(pContent, m_pToolBar);
 
     // A long press shows the same menu as a right click, for touch screens.
     m_timerLongPress.setSingleShot(true);
@@ -251,6 +244,8 @@ void CViewTarvikForm::extendFieldMenu(QWidget* pField, QWidget* pMouseTarget)
 
 bool CViewTarvikForm::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
+    // A finger's touch arrives here as a mouse press too: the fields take touch only to
+    // flick, and Qt turns an unhandled touch into mouse events.
     auto* pWidget = qobject_cast<QWidget*>(pWatched);
     if (pWidget && pEvent->type() == QEvent::MouseButtonPress) {
         auto* pMouse = static_cast<QMouseEvent*>(pEvent);
@@ -287,6 +282,13 @@ void CViewTarvikForm::mouseReleaseEvent(QMouseEvent* pEvent)
 {
     m_timerLongPress.stop();
     CForm::mouseReleaseEvent(pEvent);
+}
+
+void CViewTarvikForm::orientationChanged(bool bPortrait)
+{
+    m_pLineEditDate->setText(QLocale::system().toString(
+        m_tarvik.dateTime().toLocalTime(), bPortrait ? QLocale::ShortFormat : QLocale::LongFormat));
+    m_pLineEditDate->setCursorPosition(0);
 }
 
 QString CViewTarvikForm::title() const

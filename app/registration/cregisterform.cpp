@@ -106,13 +106,7 @@ CRegisterForm::CRegisterForm(QWidget* parent, int registerType, const QString& s
         connect(m_pBtnBack, &CTWPushButton::clicked, this, &CRegisterForm::onBtnBackClick);
     }
 
-    auto* pRow = new QHBoxLayout();
-    pRow->setSpacing(0);
-    pRow->setContentsMargins(0, 0, 0, 0);
-    pRow->addWidget(pContent, 1);
-    pRow->addWidget(pToolBar, 0);
-    if (QBoxLayout* pFormLayout = qobject_cast<QBoxLayout*>(layout()))
-        pFormLayout->addLayout(pRow, 1);
+    setBody(pContent, pToolBar, true);
 }
 
 QString CRegisterForm::title() const

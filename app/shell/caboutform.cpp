@@ -56,21 +56,12 @@ CAboutForm::CAboutForm(const QString& strVersion, QWidget* parent)
     pPanelLayout->addStretch();
     pPanelLayout->addWidget(pTagline, 0, Qt::AlignBottom);
 
-    auto* pToolBar = new CTWToolBar(QBoxLayout::TopToBottom, this);
-    pToolBar->setSkin(CSkin(QStringLiteral(":/res_ui/img/toolbar.png")));
-    pToolBar->boxLayout()->setSpacing(10);
-    pToolBar->boxLayout()->setContentsMargins(10, 10, 10, 10);
+    auto* pToolBar = CTWToolBar::createSideBar(this);
     pToolBar->boxLayout()->addStretch();
-    m_pBtnBack = new CTWPushButton(CTexts::back(), pToolBar);
-    pToolBar->boxLayout()->addWidget(m_pBtnBack, 0, Qt::AlignBottom);
+    m_pBtnBack = pToolBar->addButton(CTexts::back(), Qt::AlignBottom);
     connect(m_pBtnBack, &CTWPushButton::clicked, this, &CAboutForm::onBtnBackClick);
 
-    auto* pRow = new QHBoxLayout();
-    pRow->setSpacing(0);
-    pRow->setContentsMargins(0, 0, 0, 0);
-    pRow->addWidget(pPanel, 1);
-    pRow->addWidget(pToolBar, 0);
-    pFormLayout->addLayout(pRow, 1);
+    setBody(pPanel, pToolBar);
 }
 
 QString CAboutForm::title() const

@@ -12,6 +12,7 @@
 #include "casynctstorage.h"
 #include "cformfactory.h"
 #include "ctexts.h"
+#include "ctouchscroller.h"
 #include "ctwlistitemdelegate.h"
 
 #ifndef TARVIK_FEEDBACK_URL
@@ -49,7 +50,7 @@ CMainMenuForm::CMainMenuForm(QWidget* parent)
     pDelegate->setMargins(ROW_MARGIN_LEFT, ROW_MARGIN_TOP, ROW_MARGIN_RIGHT, ROW_MARGIN_BOTTOM);
     m_pListWidget->setItemDelegate(pDelegate);
     m_pListWidget->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_pListWidget->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    CTouchScroller::enable(m_pListWidget);
     m_pListWidget->setUniformItemSizes(true);
     connect(m_pListWidget, &QListWidget::itemClicked, this, &CMainMenuForm::itemClicked);
 

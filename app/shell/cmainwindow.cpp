@@ -3,7 +3,10 @@
 
 #include "cmainwindow.h"
 
+#include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QScreen>
+#include <QtDebug>
 
 #include "cmainformstack.h"
 
@@ -28,8 +31,31 @@ CMainWindow::CMainWindow(QWidget* parent)
     connect(m_pFormStack, &CMainFormStack::onTitleUpdate, this, &CMainWindow::updateTitle);
     connect(m_pFormStack, &CMainFormStack::signalShowMainWindow, this, &CMainWindow::show);
 
-    setGeometry(0, 0, 800, 450);
+    const QScreen* pScreen = QGuiApplication::primaryScreen();
+    setGeometry(QRect(QPoint(0, 0), initialSize(qgetenv("TARVIK_WINDOW_SIZE"),
+                                                pScreen ? pScreen->availableSize() : QSize())));
     updateTitle();
+}
+
+QSize CMainWindow::initialSize(const QByteArray& strRequested, const QSize& available)
+{
+    if (!strRequested.isEmpty()) {
+        const QList<QByteArray> parts = strRequested.toLower().split('x');
+        bool bWidth = false;
+        bool bHeight = false;
+        const QSize requested =
+            parts.size() == 2 ? QSize(parts[0].toInt(&bWidth), parts[1].toInt(&bHeight)) : QSize();
+        if (bWidth && bHeight && requested.width() >= MIN_SIDE && requested.height() >= MIN_SIDE)
+            return requested;
+        qWarning("CMainWindow: TARVIK_WINDOW_SIZE=%s is not a size like 360x720, ignored",
+                 strRequested.left(40).constData());
+    }
+    const QSize landscape(800, 450);
+    const bool bFits =
+        available.width() >= landscape.width() && available.height() >= landscape.height();
+    if (bFits || available.width() < MIN_SIDE || available.height() < MIN_SIDE)
+        return landscape;
+    return available;
 }
 
 void CMainWindow::updateTitle()

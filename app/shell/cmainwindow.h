@@ -9,8 +9,9 @@ namespace Dravo {
 
 class CMainFormStack;
 
-// The one top-level window: 800 x 450, black, holding the main form stack. It is shown
-// when the stack says so, and takes its title from the stack's current form.
+// The one top-level window: 800 x 450 (or what a smaller screen has room for), black,
+// holding the main form stack. It is shown when the stack says so, and takes its title
+// from the stack's current form.
 class CMainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -18,6 +19,11 @@ public:
     explicit CMainWindow(QWidget* parent = nullptr);
 
     CMainFormStack* formStack() const { return m_pFormStack; }
+
+    // 800 x 450, within the screen's available size (a phone standing upright gets its
+    // whole screen); TARVIK_WINDOW_SIZE=WxH asks for another size.
+    static QSize initialSize(const QByteArray& strRequested, const QSize& available);
+    static const int MIN_SIDE = 200;
 
 public Q_SLOTS:
     void updateTitle();

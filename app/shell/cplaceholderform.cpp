@@ -30,13 +30,9 @@ CPlaceholderForm::CPlaceholderForm(QWidget* parent, const QString& strTitle, con
     pLabel->setAlignment(Qt::AlignCenter);
     pLabel->setStyleSheet(QStringLiteral("color: white;"));
 
-    auto* pToolBar = new CTWToolBar(QBoxLayout::TopToBottom, this);
-    pToolBar->setSkin(CSkin(QStringLiteral(":/res_ui/img/toolbar.png")));
-    pToolBar->boxLayout()->setSpacing(10);
-    pToolBar->boxLayout()->setContentsMargins(10, 10, 10, 10);
+    auto* pToolBar = CTWToolBar::createSideBar(this);
     pToolBar->boxLayout()->addStretch(1);
-    m_pBtnBack = new CTWPushButton(CTexts::back(), pToolBar);
-    pToolBar->boxLayout()->addWidget(m_pBtnBack, 0, Qt::AlignBottom);
+    m_pBtnBack = pToolBar->addButton(CTexts::back(), Qt::AlignBottom);
     connect(m_pBtnBack, &CTWPushButton::clicked, this, &CPlaceholderForm::onBtnBackClick);
 
     auto* pPanel = new QWidget(this);
@@ -46,12 +42,7 @@ CPlaceholderForm::CPlaceholderForm(QWidget* parent, const QString& strTitle, con
     pPanelLayout->addWidget(pTitle);
     pPanelLayout->addWidget(pLabel, 1);
 
-    auto* pRow = new QHBoxLayout();
-    pRow->setSpacing(0);
-    pRow->setContentsMargins(0, 0, 0, 0);
-    pRow->addWidget(pPanel, 1);
-    pRow->addWidget(pToolBar, 0);
-    pFormLayout->addLayout(pRow, 1);
+    setBody(pPanel, pToolBar);
 }
 
 void CPlaceholderForm::onBtnBackClick()

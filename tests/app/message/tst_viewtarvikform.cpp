@@ -240,6 +240,17 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(form.findChild<QMenu*>() && form.findChild<QMenu*>()->isVisible(),
                                  CViewTarvikForm::LONG_PRESS_MS * 3);
         QTest::mouseRelease(&form, Qt::LeftButton, {}, QPoint(5, 440));
+        form.findChild<QMenu*>()->close();
+        QTRY_VERIFY(!form.findChild<QMenu*>());
+
+        // A finger held on the message text, which takes touch to scroll, does the same.
+        QPointingDevice* pTouch = QTest::createTouchDevice();
+        QWidget* pViewport = form.textEditMessage()->viewport();
+        QTest::touchEvent(pViewport, pTouch).press(0, QPoint(20, 20), pViewport);
+        QTRY_VERIFY_WITH_TIMEOUT(form.findChild<QMenu*>() && form.findChild<QMenu*>()->isVisible(),
+                                 CViewTarvikForm::LONG_PRESS_MS * 3);
+        QTest::touchEvent(pViewport, pTouch).release(0, QPoint(20, 20), pViewport);
+        delete pTouch;
         QDesktopServices::unsetUrlHandler("geo");
     }
 };
