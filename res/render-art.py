@@ -27,6 +27,7 @@ MARKER = (0, 0, 0, 255)
 # name: (width, height, stretch columns or None, stretch rows or None), sizes with markers.
 SKINS = {
     "toolbar": (151, 41, (3, 150), (1, 38)),
+    "toolbar_bottom": (151, 41, (1, 150), (3, 40)),
     "popup_bg": (250, 103, (26, 225), (25, 78)),
     "title_bg": (151, 41, (1, 150), (1, 38)),
     "list_item_bg": (151, 41, None, None),

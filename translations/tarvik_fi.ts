@@ -51,7 +51,7 @@
     </message>
     <message>
         <source>About tarvik</source>
-        <translation>Tietoja tarvik-sovelluksesta</translation>
+        <translation>Tietoja tarvikista</translation>
     </message>
     <message>
         <source>tarvik v </source>

@@ -96,8 +96,19 @@ void CTWListItemDelegate::drawContent(QPainter* pPainter, const QStyleOptionView
 
     QFont font = pPainter->font();
     font.setBold(true);
+    // A text too long for a narrow (portrait) row is set smaller rather than cut, down to
+    // MIN_SHRINK of its size, and elided only below that.
+    const int iPixels = font.pixelSize();
+    QString strShown = strText;
+    if (iPixels > 0 && !strText.contains(QLatin1Char('\n'))) {
+        const int iFloor = qMax(1, iPixels * MIN_SHRINK_PERCENT / 100);
+        while (font.pixelSize() > iFloor &&
+               QFontMetrics(font).horizontalAdvance(strText) > textRect.width())
+            font.setPixelSize(font.pixelSize() - 1);
+        strShown = QFontMetrics(font).elidedText(strText, Qt::ElideRight, textRect.width());
+    }
     pPainter->setFont(font);
-    pPainter->drawText(textRect, Qt::AlignVCenter | Qt::TextWordWrap, strText);
+    pPainter->drawText(textRect, Qt::AlignVCenter | Qt::TextWordWrap, strShown);
     pPainter->restore();
 }
 

@@ -28,13 +28,20 @@ void CTWToolBar::setDirection(QBoxLayout::Direction direction)
 
 void CTWToolBar::setWrapping(bool bWrapping)
 {
-    if (auto* pLayout = dynamic_cast<CToolBarLayout*>(layout()))
-        pLayout->setWrapping(bWrapping);
+    auto* pLayout = dynamic_cast<CToolBarLayout*>(layout());
+    if (!pLayout || pLayout->isWrapping() == bWrapping)
+        return;
+    pLayout->setWrapping(bWrapping);
+    // A side bar's edge faces the content: at the left in a column, on top in rows.
+    if (m_bSideBar)
+        setSkin(CSkin(bWrapping ? QStringLiteral(":/res_ui/img/toolbar_bottom.png")
+                                : QStringLiteral(":/res_ui/img/toolbar.png")));
 }
 
 CTWToolBar* CTWToolBar::createSideBar(QWidget* parent)
 {
     auto* pBar = new CTWToolBar(QBoxLayout::TopToBottom, parent);
+    pBar->m_bSideBar = true;
     pBar->setSkin(CSkin(QStringLiteral(":/res_ui/img/toolbar.png")));
     QBoxLayout* pBox = pBar->boxLayout();
     pBox->setSpacing(SIDE_BAR_SPACING);

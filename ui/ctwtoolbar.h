@@ -35,6 +35,9 @@ public:
     static const int SIDE_BAR_SPACING = 10;
     static const int SIDE_BAR_MARGIN = 10;
     static const int BUTTON_WIDTH = 104;
+
+private:
+    bool m_bSideBar = false;
 };
 
 }  // namespace Dravo
