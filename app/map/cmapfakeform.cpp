@@ -45,7 +45,9 @@ CMapFakeForm::CMapFakeForm(QWidget* parent, const CTarvik& tarvik, int eType)
 
     auto* pToolBar = CTWToolBar::createSideBar(this);
     pToolBar->boxLayout()->addStretch(1);
-    m_pBtnClose = pToolBar->addButton(CTexts::back(), Qt::AlignBottom);
+    m_pBtnClose = new CTWPushButton(CTexts::back(), pToolBar);
+    m_pBtnClose->setAccessibleName(CTexts::back());
+    pToolBar->boxLayout()->addWidget(m_pBtnClose, 0, Qt::AlignBottom);
     connect(m_pBtnClose, &CTWPushButton::clicked, this, &CMapFakeForm::onBtnCloseClick);
 
     auto* pContent = new QWidget(this);

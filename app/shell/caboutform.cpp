@@ -58,7 +58,8 @@ CAboutForm::CAboutForm(const QString& strVersion, QWidget* parent)
 
     auto* pToolBar = CTWToolBar::createSideBar(this);
     pToolBar->boxLayout()->addStretch();
-    m_pBtnBack = pToolBar->addButton(CTexts::back(), Qt::AlignBottom);
+    m_pBtnBack = new CTWPushButton(CTexts::back(), pToolBar);
+    pToolBar->boxLayout()->addWidget(m_pBtnBack, 0, Qt::AlignBottom);
     connect(m_pBtnBack, &CTWPushButton::clicked, this, &CAboutForm::onBtnBackClick);
 
     setBody(pPanel, pToolBar);

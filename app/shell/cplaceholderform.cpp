@@ -32,7 +32,8 @@ CPlaceholderForm::CPlaceholderForm(QWidget* parent, const QString& strTitle, con
 
     auto* pToolBar = CTWToolBar::createSideBar(this);
     pToolBar->boxLayout()->addStretch(1);
-    m_pBtnBack = pToolBar->addButton(CTexts::back(), Qt::AlignBottom);
+    m_pBtnBack = new CTWPushButton(CTexts::back(), pToolBar);
+    pToolBar->boxLayout()->addWidget(m_pBtnBack, 0, Qt::AlignBottom);
     connect(m_pBtnBack, &CTWPushButton::clicked, this, &CPlaceholderForm::onBtnBackClick);
 
     auto* pPanel = new QWidget(this);
