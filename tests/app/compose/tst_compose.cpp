@@ -3,6 +3,8 @@
 
 #include <QDBusConnection>
 #include <QDateTime>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSqlDatabase>
 
 #include "ccomposetarvikform.h"
@@ -13,6 +15,7 @@
 #include "composefixture.h"
 #include "csendreceivepopupform.h"
 #include "ctexts.h"
+#include "ctwtoolbar.h"
 #include "storagefixture.h"
 
 using namespace Dravo;
@@ -128,6 +131,47 @@ private Q_SLOTS:
         QCOMPARE(pForm->lineEditTo()->cursorPosition(), 0);
         QCOMPARE(pForm->lineEditSubject()->text(), QString("RE: <i>Lunch?</i>"));
         QCOMPARE(pForm->textEditMessage()->toPlainText(), strNote);
+    }
+
+    // Turned upright, the buttons go below the fields and nothing typed is lost; a keyboard
+    // that takes most of the window leaves the field being typed in on view.
+    void portraitKeepsTextAndFocusedFieldInView()
+    {
+        CComposeTarvikForm form(nullptr, CComposeTarvikForm::eComposeNew, "+15550111", "Title",
+                                "Note");
+        form.resize(800, 450);
+        form.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&form));
+        const CTWToolBar* pBar = form.findChild<CTWToolBar*>();
+        QVERIFY(pBar && pBar->x() > form.textEditMessage()->mapTo(&form, QPoint()).x());
+        form.textEditMessage()->append("typed");
+
+        form.resize(360, 720);
+        QTRY_VERIFY(pBar->y() > form.textEditMessage()->mapTo(&form, QPoint()).y());
+        QCOMPARE(pBar->width(), 360);
+        QCOMPARE(form.textEditMessage()->toPlainText(), QString("Note\ntyped"));
+        QCOMPARE(form.lineEditSubject()->text(), QString("Title"));
+
+        // The keyboard opens: what is typed in has to scroll into the space left.
+        form.textEditMessage()->setMinimumHeight(400);
+        form.resize(360, 200);
+        auto* pArea = form.findChild<QScrollArea*>();
+        QVERIFY(pArea);
+        QScrollBar* pScroll = pArea->verticalScrollBar();
+        const auto inView = [pArea](QWidget* pField) {
+            const QRect r(pField->mapTo(pArea->viewport(), QPoint()), pField->size());
+            return pArea->viewport()->rect().contains(r);
+        };
+        QTRY_VERIFY(pScroll->maximum() > 0);
+        form.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&form));
+        pScroll->setValue(pScroll->maximum());
+        QVERIFY(!inView(form.lineEditSubject()));
+        form.lineEditSubject()->setFocus();
+        QTRY_VERIFY(inView(form.lineEditSubject()));
+        pScroll->setValue(pScroll->maximum());
+        form.resize(360, 190);
+        QTRY_VERIFY(inView(form.lineEditSubject()));
     }
 
     void sendWithoutRecipientDoesNothing()
