@@ -79,12 +79,18 @@ int CToolBarLayout::arrange(const QRect& rect, bool bApply) const
         for (int i = iFirst; bApply && i < iFirst + iInRow; ++i) {
             QRect cell(iX, iY, iCell, iHeight);
             // A fixed-size widget (the map's arrows) sits centred in its cell; the item's own
-            // maximum is not asked, as an alignment would cap it at the size hint.
+            // maximum is not asked, as an alignment would cap it at the size hint. A button
+            // in a row made tall by such a widget keeps a button's height, at the bottom.
             if (QWidget* pWidget = items[i]->widget()) {
-                const QSize size = cell.size().boundedTo(pWidget->maximumSize());
-                pWidget->setGeometry(cell.x() + (cell.width() - size.width()) / 2,
-                                     cell.y() + (cell.height() - size.height()) / 2, size.width(),
-                                     size.height());
+                QSize size = cell.size().boundedTo(pWidget->maximumSize());
+                const bool bFixed = pWidget->maximumSize() == pWidget->minimumSize();
+                if (!bFixed)
+                    size.setHeight(
+                        qMin(size.height(), qMax(TOUCH_TARGET, items[i]->sizeHint().height())));
+                const int iTop = bFixed ? cell.y() + (cell.height() - size.height()) / 2
+                                        : cell.bottom() + 1 - size.height();
+                pWidget->setGeometry(cell.x() + (cell.width() - size.width()) / 2, iTop,
+                                     size.width(), size.height());
             } else {
                 items[i]->setGeometry(cell);
             }
