@@ -70,7 +70,8 @@ CContactChooserDialog::CContactChooserDialog(QWidget* parent)
 {
     setObjectName(QStringLiteral("contactChooserDialog"));
     setWindowTitle(CTexts::chooseAContact());
-    resize(480, 400);
+    // No wider or taller than the window it belongs to (a phone's screen).
+    resize(parent ? QSize(480, 400).boundedTo(parent->window()->size()) : QSize(480, 400));
 
     m_pProxy->setSourceModel(m_pModel);
     m_pProxy->setFilterRole(CContactListModel::eSearchRole);

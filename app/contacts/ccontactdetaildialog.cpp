@@ -23,7 +23,7 @@ CContactDetailDialog::CContactDetailDialog(const CContactEntry& contact, QWidget
 {
     setObjectName(QStringLiteral("contactDetailDialog"));
     setWindowTitle(contact.name());
-    resize(480, 300);
+    resize(parent ? QSize(480, 300).boundedTo(parent->window()->size()) : QSize(480, 300));
 
     auto* prompt = new QLabel(CTexts::chooseAnAddress(), this);
     prompt->setWordWrap(true);
