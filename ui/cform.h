@@ -34,8 +34,8 @@ public:
 
     // Portrait: narrower than a landscape screen's content needs, or taller than wide.
     static bool isPortrait(const QSize& size);
-    static const int PORTRAIT_WIDTH = 600;
-    static const int REVEAL_MARGIN = 10;
+    static constexpr int PORTRAIT_WIDTH = 600;
+    static constexpr int REVEAL_MARGIN = 10;
     bool portrait() const { return m_bPortrait; }
 
 signals:

@@ -29,7 +29,7 @@ public:
     void setGeometry(const QRect& rect) override;
 
     // The smallest row of a wrapped bar, about 9 mm at the usual phone densities.
-    static const int TOUCH_TARGET = 48;
+    static constexpr int TOUCH_TARGET = 48;
 
 private:
     QList<QLayoutItem*> wrappedItems() const;

@@ -24,7 +24,7 @@ public:
 
     // Distance of the icon from the row's corner and of the text from the icon.
     static const int ICON_OFFSET = 17;
-    static const int MIN_SHRINK_PERCENT = 60;
+    static constexpr int MIN_SHRINK_PERCENT = 60;
     static const QRgb SEPARATOR_DARK = 0xFF111111;
     static const QRgb SEPARATOR_LIGHT = 0xFF333333;
 

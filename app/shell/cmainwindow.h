@@ -23,7 +23,7 @@ public:
     // 800 x 450, within the screen's available size (a phone standing upright gets its
     // whole screen); TARVIK_WINDOW_SIZE=WxH asks for another size.
     static QSize initialSize(const QByteArray& strRequested, const QSize& available);
-    static const int MIN_SIDE = 200;
+    static constexpr int MIN_SIDE = 200;
 
 public Q_SLOTS:
     void updateTitle();
