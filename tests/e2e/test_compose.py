@@ -6,7 +6,6 @@ driven through the accessibility bus."""
 
 import datetime
 import os
-import sqlite3
 import sys
 import tempfile
 import time
@@ -53,14 +52,6 @@ def stamped_track(directory):
     return path, fix
 
 
-def settings_of(s):
-    con = sqlite3.connect(s.database, timeout=5)
-    try:
-        return dict(con.execute("SELECT name, value FROM settings").fetchall())
-    finally:
-        con.close()
-
-
 def label_shown(s, text):
     return bool(s.all("label", text))
 
@@ -101,7 +92,7 @@ def test_first_start_registers(bindir):
                  "the registration popup")
         s.find("list item", "Send a tarvik", timeout=15)
         wait_for(lambda: not s.all("push button", "Continue"), 10, "the form to close")
-        settings = settings_of(s)
+        settings = s.settings()
         check(settings.get("mynumber") == "+15550123", "number saved: %r" % settings)
         check(settings.get("screenname") == "Ann", "screen name saved: %r" % settings)
         check(str(settings.get("regflag")) == "1", "the daemon registered: %r" % settings)
@@ -134,7 +125,7 @@ def test_send_to_two_recipients(bindir):
         check(row["ttitle"] == "Lunch?" and row["tnote"] == "At the corner.", "texts: %r" % row)
         check(row["tfrom"] == "+15550100", "tfrom: %r" % row["tfrom"])
         check(row["tscreenname"] == "Ann", "tscreenname: %r" % row["tscreenname"])
-        settings = settings_of(s)
+        settings = s.settings()
         check((row["treg"] or "") == (settings.get("imei") or ""), "treg: %r" % row["treg"])
         check(row["tversion"] == settings.get("version"), "tversion: %r" % row["tversion"])
         check(abs(float(row["tlatitude"]) - fix[0]) < 1e-6, "latitude %r" % row["tlatitude"])

@@ -21,7 +21,7 @@ import time
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from tarvikui import Session, check, run, wait_for  # noqa: E402
 from test_compose import (compose_and_send, label_shown, nmea_checksum,  # noqa: E402
-                          settings_of, stamped_track, type_into)
+                          stamped_track, type_into)
 
 SENDING = "Sending..."
 SEND_FAILED = "Sending failed"
@@ -296,7 +296,7 @@ def test_registration_on_flapping_network(bindir):
         s.responsive()
         requests = [line for line in s.log() if "EmitRegistrationRequest" in line]
         check(len(requests) == 1, "registration asked %d times" % len(requests))
-        check(str(settings_of(s).get("regflag")) == "1", "not registered: %r" % settings_of(s))
+        check(str(s.settings().get("regflag")) == "1", "not registered: %r" % s.settings())
 
 
 def test_no_buses(bindir):
