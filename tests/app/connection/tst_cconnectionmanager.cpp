@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include <QDBusConnection>
-#include <QDBusInterface>
-#include <QDBusReply>
 #include <QNetworkInformation>
 #include <QSignalSpy>
 #include <QtTest>
 
+#include "cbuscall.h"
 #include "cconnectionmanager.h"
 #include "clogcapture.h"
 #include "cprivatebus.h"
@@ -53,12 +52,7 @@ private:
 
     void setNetworkState(uint state)
     {
-        QDBusInterface control(QStringLiteral("org.freedesktop.NetworkManager"),
-                               QStringLiteral("/org/freedesktop/NetworkManager"),
-                               QStringLiteral("org.tarvik.Fake.Control"),
-                               QDBusConnection::systemBus());
-        const QDBusMessage reply = control.call(QStringLiteral("SetState"), state);
-        QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
+        QVERIFY(setFakeNetworkState(QDBusConnection::systemBus(), state));
     }
 
 private Q_SLOTS:

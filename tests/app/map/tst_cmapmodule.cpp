@@ -7,7 +7,6 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -15,6 +14,7 @@
 #include <QtTest>
 
 #include "capplicationstyle.h"
+#include "cbuscall.h"
 #include "cconnectionmanager.h"
 #include "cformstack.h"
 #include "clogcapture.h"
@@ -68,13 +68,7 @@ private:
 
     void setNetworkState(uint state)
     {
-        QDBusMessage call = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.NetworkManager"),
-            QStringLiteral("/org/freedesktop/NetworkManager"),
-            QStringLiteral("org.tarvik.Fake.Control"), QStringLiteral("SetState"));
-        call << state;
-        const QDBusMessage reply = QDBusConnection::systemBus().call(call);
-        QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
+        QVERIFY(setFakeNetworkState(QDBusConnection::systemBus(), state));
     }
 
     QWidget* openFromView()
