@@ -192,28 +192,6 @@ private Q_SLOTS:
         QVERIFY(m_fixture.folder(CAsyncTStorage::eFolderOutbox).isEmpty());
     }
 
-    // No fix: the failure text; a tap closes the popup alone and the text stays.
-    void noFixKeepsText()
-    {
-        CTestEngine engine("nofix.nmea", 800);
-        Test::CLogCapture log(true);
-        CComposeTarvikForm* pForm =
-            openCompose(0, "+15550111", "Ünïcødé 🙂", "line 1\nline 2");
-        QTest::mouseClick(pForm->btnSend(), Qt::LeftButton);
-        auto* pPopup = m_fixture.top<CLocationPopupForm>();
-        QVERIFY(pPopup);
-        QTRY_COMPARE_WITH_TIMEOUT(pPopup->text(), CTexts::unableToDetermineLocation(), 8000);
-        QVERIFY(log.contains("CLocationPopupForm::onLocation: invalid location gotten"));
-        QVERIFY(pPopup->progressWidget()->isHidden());
-        m_fixture.shoot("popup-failed");
-        QTest::mouseClick(pPopup->popup(), Qt::LeftButton);
-        QTRY_COMPARE(m_fixture.top<CComposeTarvikForm>(), pForm);
-        QCOMPARE(pForm->lineEditTo()->text(), QString("+15550111"));
-        QCOMPARE(pForm->lineEditSubject()->text(), QString("Ünïcødé 🙂"));
-        QCOMPARE(pForm->textEditMessage()->toPlainText(), QString("line 1\nline 2"));
-        QVERIFY(m_fixture.folder(CAsyncTStorage::eFolderOutbox).isEmpty());
-    }
-
     void offlineMode_data()
     {
         QTest::addColumn<QString>("mode");
