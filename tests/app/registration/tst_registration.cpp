@@ -152,7 +152,7 @@ private Q_SLOTS:
         QCOMPARE(pForm->lineEditScreenName()->text(), QString("Zoë <b>"));
     }
 
-    // While the verdict is awaited a tap does nothing.
+    // While the verdict is awaited a tap does nothing, and the account is not registered.
     void tapWhileWaiting()
     {
         QVERIFY(m_fixture.startSimulator({"--register", "silent"}, false));
@@ -164,6 +164,8 @@ private Q_SLOTS:
         QTRY_VERIFY(!pPopup->canClose());
         QTest::mouseClick(pPopup->popup(), Qt::LeftButton);
         QTRY_VERIFY(log.contains("CRegisterPopupForm::settingsSaved"));
+        // Saved, yet not registered until the daemon says so.
+        QCOMPARE(storedSettings().regflag(), 0);
         QTest::mouseClick(pPopup->popup(), Qt::LeftButton);
         QTest::qWait(300);
         QVERIFY(pPopup);
