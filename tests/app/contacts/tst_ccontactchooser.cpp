@@ -162,6 +162,7 @@ private Q_SLOTS:
         if (detailRow >= 0) {
             QTRY_VERIFY(chooser.detailDialog() && chooser.detailDialog()->isVisible());
             CContactDetailDialog* detail = chooser.detailDialog();
+            QCOMPARE(detail->windowTitle(), chosen.first());
             QCOMPARE(detail->listWidget()->count(), 2);
             QCOMPARE(finished.count(), 0);
             if (detailAction == QLatin1String("cancel")) {
@@ -171,6 +172,8 @@ private Q_SLOTS:
             } else {
                 if (detailAction == QLatin1String("ok")) {
                     detail->selectRow(detailRow);
+                    // Each address is shown with its kind: "Phone: ...", "E-mail: ...".
+                    QVERIFY(detail->listWidget()->item(detailRow)->text().endsWith(": " + result));
                 } else {
                     detail->listWidget()->clearSelection();
                 }
@@ -242,30 +245,6 @@ private Q_SLOTS:
         driver.start(20);
         QCOMPARE(CContactChooser::choose(), QStringLiteral("dan@example.org"));
         QVERIFY(ticks > 5);
-    }
-
-    void dialogsLookRight()
-    {
-        const QString dir = qEnvironmentVariable("TARVIK_SCREENSHOT_DIR");
-        CContactChooser chooser;
-        CContactChooserDialog* dialog = openChooser(chooser);
-        QVERIFY(dialog);
-        dialog->selectByName({QStringLiteral("Bob Phone-And-Mail")});
-        QVERIFY(!dialog->grab().isNull());
-        if (!dir.isEmpty()) {
-            dialog->grab().save(dir + QStringLiteral("/contact-chooser.png"));
-        }
-        dialog->accept();
-        QTRY_VERIFY(chooser.detailDialog() && chooser.detailDialog()->isVisible());
-        chooser.detailDialog()->selectRow(0);
-        if (!dir.isEmpty()) {
-            chooser.detailDialog()->grab().save(dir + QStringLiteral("/contact-detail.png"));
-        }
-        QCOMPARE(chooser.detailDialog()->windowTitle(), QStringLiteral("Bob Phone-And-Mail"));
-        QCOMPARE(chooser.detailDialog()->listWidget()->item(1)->text(),
-                 QStringLiteral("E-mail: bob@example.org"));
-        chooser.detailDialog()->accept();
-        QTRY_COMPARE(chooser.result(), QStringLiteral("+3725550002"));
     }
 
     // Runs last: the session bus dies. The process lives on (GLib's default is to
