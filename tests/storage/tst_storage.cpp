@@ -58,7 +58,6 @@ private Q_SLOTS:
     void twoProcessesOpenOneFile_data();
     void twoProcessesOpenOneFile();
     void removeOperations();
-    void hostileRowsFromAnotherProgram();
     void settingsMask_data();
     void settingsMask();
     void settingsConversionFailure();
@@ -367,34 +366,6 @@ void StorageOperationsTest::removeOperations()
     QVERIFY(storage.removeAllTarviks(Folder::eFolderInbox));
     QVERIFY(storage.getTarviks(Folder::eFolderInbox, inbox = {}));
     QVERIFY(inbox.isEmpty());
-}
-
-void StorageOperationsTest::hostileRowsFromAnotherProgram()
-{
-    CScopedHome home;
-    CTarvikStorage storage(nextName());
-    {
-        CSideConnection side(home.dbPath());
-        QVERIFY(side.exec(QStringLiteral(
-            "insert into inbox (tutcdatetime, ttz, ttitle, tlatitude, tlongitude, tpriority, "
-            "tcountry, tflag) "
-            "values ('soon', 'x', 'text in numbers', 'n/a', '24,75', 'high', 'EE', 'yes')")));
-        QVERIFY(
-            side.exec(QStringLiteral("insert into inbox (tguid, tfrom, tto, tutcdatetime, ttz, "
-                                     "ttitle, tnote, tlatitude, tlongitude, "
-                                     "tpriority, tcolor, tcountry, tcarrier, tflag) values (NULL, "
-                                     "NULL, NULL, NULL, NULL, NULL, NULL, "
-                                     "NULL, NULL, NULL, NULL, NULL, NULL, NULL)")));
-    }
-    QList<CTarvik> inbox;
-    QVERIFY(storage.getTarviks(Folder::eFolderInbox, inbox));
-    QCOMPARE(inbox.size(), 2);
-    for (const CTarvik& t : inbox) {
-        QVERIFY(t.id() > 0);
-        QCOMPARE(t.tz(), 0);
-        QCOMPARE(t.flag(), 0);
-        QCOMPARE(t.latitude(), 0.0);
-    }
 }
 
 void StorageOperationsTest::settingsMask_data()

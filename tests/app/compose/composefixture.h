@@ -40,8 +40,6 @@ public:
         if (!m_home.isValid() || !m_buses.start())
             return false;
         qputenv("HOME", m_home.path().toLocal8Bit());
-        m_buses.session().exportAddress();
-        m_buses.system().exportAddress();
         Dravo::initUiResources();
         Dravo::CApplicationStyle::install();
         if (!m_fakes.start(Dravo::Test::binaryPath("tarvik-fakes"), {"--sim", kImei}, "ready",
