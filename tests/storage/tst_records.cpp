@@ -105,13 +105,13 @@ void StorageRecordsTest::toXml_data()
     QTest::addColumn<QString>("expected");
 
     const QString head = QStringLiteral(
-        "<ping><from>%1</from><reg>R1</reg><country>372</country>"
-        "<carrier>n/a</carrier><to>+3725551234</to>"
-        "<date>2009-10-11</date><time>07:05:09</time><tz>3</tz>"
-        "<title>%2</title><note>n</note><address></address>");
+        "<ping><from>%1</from><reg>356938035643809</reg><country>248</country>"
+        "<carrier>Elisa</carrier><to>+3725550009, carol@example.org</to>"
+        "<date>2009-10-11</date><time>07:05:09</time><tz>120</tz>"
+        "<title>%2</title><note>At the corner</note><address>Raekoja plats 1, Tallinn</address>");
     const QString tail = QStringLiteral(
         "<coordinates><latitude>%1</latitude><longitude>%2</longitude></coordinates>"
-        "<version>1.0.5</version><screenname>Mari</screenname></ping>");
+        "<version>1.0.5</version><screenname>Alice</screenname></ping>");
 
     QTest::newRow("escaped title, raw from")
         << QStringLiteral("a<b&\"c\"") << QStringLiteral("x&y") << 0.0 << 0.0
@@ -135,23 +135,14 @@ void StorageRecordsTest::toXml()
     QFETCH(double, longitude);
     QFETCH(QString, expected);
 
-    CTarvik tarvik;
+    // Every field set: those that are not part of the document must not leak into it.
+    CTarvik tarvik = Test::makeFullTarvik();
+    tarvik.setGuid(QStringLiteral("GUID"));
     tarvik.setTitle(title);
     tarvik.setFrom(from);
-    tarvik.setReg(QStringLiteral("R1"));
-    tarvik.setCountry(372);
-    tarvik.setTo(QStringLiteral("+3725551234"));
     tarvik.setDateTime(QDateTime(QDate(2009, 10, 11), QTime(7, 5, 9, 450), Qt::UTC));
-    tarvik.setTz(3);
-    tarvik.setNote(QStringLiteral("n"));
     tarvik.setLatitude(latitude);
     tarvik.setLongitude(longitude);
-    tarvik.setVersion(QStringLiteral("1.0.5"));
-    tarvik.setScreenname(QStringLiteral("Mari"));
-    // Fields that are not part of the document must not leak into it.
-    tarvik.setGuid(QStringLiteral("GUID"));
-    tarvik.setColor(QStringLiteral("red"));
-    tarvik.setFlag(1);
     QCOMPARE(tarvik.toXml(), expected);
 }
 
