@@ -198,10 +198,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("answer");
         // Which device modes ask, and what each answer asks of MCE, is the guard's own
         // test; here what each answer does to the form.
-        QTest::newRow("offline, No") << "offline"
-                                     << "No";
-        QTest::newRow("flight, Yes") << "flight"
-                                     << "Yes";
+        QTest::newRow("offline, No") << "offline" << QString("No");
+        QTest::newRow("flight, Yes") << "flight" << QString("Yes");
     }
 
     void offlineMode()

@@ -127,24 +127,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("to");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("icon");
-        QTest::newRow("inbox unread") << 0 << 1 << "+1"
-                                      << "Aino"
-                                      << "message_unread";
-        QTest::newRow("inbox read") << 0 << 0 << "+1"
-                                    << "Aino"
-                                    << "message_read";
-        QTest::newRow("outbox queued") << 1 << 1 << "+1"
-                                       << "+1"
-                                       << "message_sending";
-        QTest::newRow("outbox failed") << 1 << 0 << "+1"
-                                       << "+1"
-                                       << "message_failed_send";
-        QTest::newRow("sent") << 2 << 0 << "+1"
-                              << "+1"
-                              << "message_sent";
-        QTest::newRow("draft empty") << 3 << 0 << ""
-                                     << "< empty >"
-                                     << "message_draft";
+        QTest::newRow("inbox unread") << 0 << 1 << "+1" << QString("Aino") << "message_unread";
+        QTest::newRow("inbox read") << 0 << 0 << "+1" << QString("Aino") << "message_read";
+        QTest::newRow("outbox queued") << 1 << 1 << "+1" << QString("+1") << "message_sending";
+        QTest::newRow("outbox failed") << 1 << 0 << "+1" << QString("+1") << "message_failed_send";
+        QTest::newRow("sent") << 2 << 0 << "+1" << QString("+1") << "message_sent";
+        QTest::newRow("draft empty") << 3 << 0 << "" << QString("< empty >") << "message_draft";
     }
 
     void delegateIcon()

@@ -88,10 +88,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("number");
         QTest::addColumn<QString>("name");
-        QTest::newRow("no screen name") << "+15550100"
-                                        << "";
-        QTest::newRow("no number") << ""
-                                   << "Ann";
+        QTest::newRow("no screen name") << "+15550100" << QString();
+        QTest::newRow("no number") << "" << QString("Ann");
     }
 
     void emptyFieldDoesNothing()
