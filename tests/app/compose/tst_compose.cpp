@@ -149,14 +149,12 @@ private Q_SLOTS:
         int iOldTid = -1;
         QVERIFY(m_fixture.storage().saveTarvik(failedTarvik("old"), CAsyncTStorage::eFolderOutbox,
                                                iOldTid));
-        Test::CLogCapture log(true);
         QSignalSpy request(Tarvik::DBusObject::instance(), &Tarvik::DBusObject::SendReceiveRequest);
         CComposeTarvikForm* pForm = openCompose();
         QPointer<CComposeTarvikForm> pGuard(pForm);
         QTest::keyClicks(pForm->lineEditTo(), "+15550111,bo@example.org");
         QTest::keyClicks(pForm->lineEditSubject(), "Lunch?");
         QTest::keyClicks(pForm->textEditMessage(), "At the corner.");
-        const QDateTime before = QDateTime::currentDateTimeUtc();
         QTest::mouseClick(pForm->btnSend(), Qt::LeftButton);
 
         auto* pPopup = m_fixture.top<CLocationPopupForm>();
@@ -175,19 +173,13 @@ private Q_SLOTS:
         const CTarvik& sent = outbox.at(0).id() == iOldTid ? outbox.at(1) : outbox.at(0);
         QCOMPARE(old.flag(), 1);
         QCOMPARE(old.title(), QString("old"));
+        // What the new message holds is the black-box test's part (test_compose).
         QCOMPARE(sent.flag(), 1);
-        QCOMPARE(sent.to(), QString("+15550111,bo@example.org"));
         QCOMPARE(sent.title(), QString("Lunch?"));
-        QCOMPARE(sent.note(), QString("At the corner."));
-        // The fix, near the track's start; the sender's fields are the black-box test's part.
-        QVERIFY(qAbs(sent.latitude() - 59.437) < 1e-3 && qAbs(sent.longitude() - 24.7453) < 1e-3);
-        QVERIFY(sent.dateTime() >= before.addSecs(-1));
 
         // The simulator's answer closes popup and compose form.
         QTRY_VERIFY_WITH_TIMEOUT(!pGuard, 5000);
         QCOMPARE(m_fixture.stack().count(), 0);
-        QVERIFY(log.contains(
-            "CLocationPopupForm::closeLocationPopupForm close both popup and compose tarvik form"));
         QTRY_COMPARE(m_fixture.folder(CAsyncTStorage::eFolderSent).size(), 2);
         QVERIFY(m_fixture.folder(CAsyncTStorage::eFolderOutbox).isEmpty());
     }
