@@ -125,7 +125,6 @@ private Q_SLOTS:
     // engine's own give-up timer must end the request.
     void defaultSourceWithoutGeoclueGivesUp()
     {
-        Test::CLogCapture log;
         const QByteArray savedBus = qgetenv("DBUS_SYSTEM_BUS_ADDRESS");
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/tarvik-test-bus");
         CLocationEngine engine(timings(800, 100));

@@ -199,7 +199,6 @@ private Q_SLOTS:
         QFETCH(QString, mode);
         QFETCH(QString, answer);
         CTestEngine engine("track.nmea");
-        Test::CLogCapture log(true);
         m_fixture.mce().setMode(mode);
         QString strAsked;
         CComposeFixture::answerNextMessageBox(answer, &strAsked);

@@ -198,7 +198,6 @@ private Q_SLOTS:
     void offlineMode()
     {
         QFETCH(QString, answer);
-        Test::CLogCapture log(true);
         m_fixture.mce().setMode("offline");
         CComposeFixture::answerNextMessageBox(answer);
         CRegisterForm* pForm = openForm(0, "+15550123", "Ann");
