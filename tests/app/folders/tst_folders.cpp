@@ -102,9 +102,7 @@ private Q_SLOTS:
         QCOMPARE(complete.size(), 1);
         QCOMPARE(model.rowCount(), 3);
 
-        Test::CLogCapture log;
         model.tarviksGotten(false, {}, CAsyncTStorage::eFolderInbox);
-        QVERIFY(log.contains("CTarvikListModel::tarviksGotten failed"));
         QCOMPARE(complete.size(), 2);
         QCOMPARE(model.rowCount(), 3);
 
@@ -152,11 +150,9 @@ private Q_SLOTS:
         QVERIFY(pIcon && !pIcon->isNull());
         QCOMPARE(pIcon->toImage(), QPixmap(":/res/img/" + icon + ".png").toImage());
 
-        Test::CLogCapture log;
         CTarvikItemDelegate bad(nullptr, ::folder(7));
         QVERIFY(!bad.firstLineAndIcon(tarvik, strText, &pIcon));
         QVERIFY(strText.isEmpty() && !pIcon);
-        QVERIFY(log.contains("CTarvikItemDelegate::calcSize failed: invalid folder name"));
     }
 
     // Flagged entries are bold; both lines of an entry are drawn.
@@ -249,10 +245,7 @@ private Q_SLOTS:
                 QVERIFY(pForm->buttonOpen()->isEnabled());
         }
 
-        Test::CLogCapture log;
-        const QString strPrefix = QString(pForm->metaObject()->className()).section("::", -1);
-        pForm->itemClicked(pModel->index(5, 0));
-        QVERIFY(log.contains(strPrefix + "::itemClicked failed: invalid item's index"));
+        pForm->itemClicked(pModel->index(5, 0));  // no such row: the selection stays
         QCOMPARE(pForm->currentTarvik().title(), QString("failed"));
 
         pForm->refresh();
