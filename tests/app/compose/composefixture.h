@@ -139,9 +139,6 @@ public:
         return qobject_cast<T*>(m_stack.currentWidget());
     }
     Dravo::Test::CFakeMce& mce() { return m_mce; }
-    Dravo::Test::CHelperProcess& sim() { return m_sim; }
-    QString home() const { return m_home.path(); }
-    QString dbPath() const { return m_home.path() + "/.tarvik/tarvikdb.sqlite"; }
 
 private:
     QTemporaryDir m_home;
