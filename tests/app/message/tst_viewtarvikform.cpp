@@ -58,12 +58,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("screenName");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<bool>("received");
-        QTest::newRow("received, named") << 0 << "Aino"
-                                         << "Aino ( +447700900111 )" << true;
-        QTest::newRow("received, no name") << 0 << ""
-                                           << "+447700900111" << true;
-        QTest::newRow("sent") << 1 << "Aino"
-                              << "+447700900222" << false;
+        QTest::newRow("received, named")
+            << 0 << "Aino" << QString("Aino ( +447700900111 )") << true;
+        QTest::newRow("received, no name") << 0 << "" << QString("+447700900111") << true;
+        QTest::newRow("sent") << 1 << "Aino" << QString("+447700900222") << false;
     }
 
     // The From/To line, and which buttons a received and a sent message offer.
