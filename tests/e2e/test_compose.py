@@ -24,7 +24,7 @@ def nmea_checksum(body):
     return "%02X" % value
 
 
-def stamped_track(directory):
+def stamped_track(directory=None):
     """A handset standing still at the first fix of the recorded track, stamped from now
     on (so no fix counts as stale) for a minute; and that position, decoded from the GGA
     sentence. Whichever fix the engine settles on, the position is the same."""
@@ -46,7 +46,7 @@ def stamped_track(directory):
                 fields[9] = stamp.strftime("%d%m%y")
             body = ",".join(fields)
             out.append("$%s*%s" % (body, nmea_checksum(body)))
-    path = os.path.join(directory, "track.nmea")
+    path = os.path.join(directory or tempfile.mkdtemp(prefix="tarvik-nmea-"), "track.nmea")
     with open(path, "w") as out_file:
         out_file.write("\r\n".join(out) + "\r\n")
     return path, fix
@@ -107,8 +107,7 @@ def test_first_start_registers(bindir):
 def test_send_to_two_recipients(bindir):
     """Send locates, fills the sender fields, queues and asks the daemon; the simulator
     moves the message to sent and the compose form closes."""
-    tmp = tempfile.mkdtemp(prefix="tarvik-nmea-")
-    track, fix = stamped_track(tmp)
+    track, fix = stamped_track()
     with Session(bindir, sim_args=["--register-at-start", "--number", "+15550100",
                                    "--screen-name", "Ann", "--delay", "300", "--incoming", "0"],
                  client_env={"TARVIK_NMEA_SOURCE": track}) as s:
@@ -137,8 +136,7 @@ def test_send_to_two_recipients(bindir):
 def test_daemon_silent(bindir):
     """A daemon that never answers: after 4000 ms popup and compose form close; the
     message waits in the outbox marked for sending."""
-    tmp = tempfile.mkdtemp(prefix="tarvik-nmea-")
-    track, _ = stamped_track(tmp)
+    track, _ = stamped_track()
     with Session(bindir, sim_args=["--register-at-start", "--send", "silent", "--incoming", "0"],
                  client_env={"TARVIK_NMEA_SOURCE": track}) as s:
         s.wait_title("tarvik")

@@ -260,8 +260,7 @@ def test_gps_faults(bindir):
     """A GPS without a fix keeps the popup on its request until a tap closes it alone;
     a stream that ends says the position cannot be found; a stream that is back gives
     the next Send its position. The compose form keeps its text throughout."""
-    with tempfile.TemporaryDirectory(prefix="tarvik-faults-") as tmp:
-        gps = NmeaSource(stamped_track(tmp)[0])
+    gps = NmeaSource(stamped_track()[0])
     with client(bindir, FAILING, env={"TARVIK_NMEA_SOURCE": gps.url}) as s:
         compose_and_send(s, "+15550111", "Where", "No fix yet.")
         wait_label(s, LOCATING)

@@ -96,8 +96,7 @@ def test_send_and_answer_over_xmpp(bindir):
     """Register through the form, send to a friend by number; the friend's inbox gets the
     tarvik with its texts and position, and the friend's answer lands in the client's
     inbox, announced by the popup."""
-    tmp = tempfile.mkdtemp(prefix="tarvik-nmea-")
-    track, fix = stamped_track(tmp)
+    track, fix = stamped_track()
     with Server() as server:
         friend = Friend(bindir, server)
         try:
