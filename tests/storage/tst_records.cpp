@@ -38,7 +38,6 @@ private Q_SLOTS:
     void toXml();
     void fromRow_data();
     void fromRow();
-    void colourKeptWhenEmpty();
     void coordinatesFollowLocale();
     void xmlParsesBack();
 };
@@ -153,32 +152,32 @@ void StorageRecordsTest::fromRow_data()
     QTest::addColumn<int>("flag");
     QTest::addColumn<qint64>("seconds");
     QTest::addColumn<double>("latitude");
+    QTest::addColumn<QString>("colour");  // the message had "green" before
 
-    const QString tail = QStringLiteral(
-        "'Mari', 'addr', 'T', 'desc', 'img', 2, 'blue', 'reg', 372, 'Elisa', '1.0.5', 1");
-    QTest::newRow("well formed")
-        << QStringLiteral("7, 'g', 'f', 't', 1255244709, 3, 'ti', 'no', 59.437, 24.7536, ") + tail
-        << true << 3 << 1 << qint64(1255244709) << 59.437;
+    const QString row = QStringLiteral(
+        "%1, 'g', 'f', 't', %2, %3, 'ti', 'no', %4, 2.0, 'Mari', 'addr', 'T', 'desc', 'img', 2, "
+        "%5, 'reg', 372, 'Elisa', '1.0.5', %6");
+    const auto values = [&](const char* tid, const char* time, const char* tz, const char* lat,
+                            const char* colour = "'blue'", const char* flag = "1") {
+        return row.arg(tid, time, tz, lat, colour, flag);
+    };
+    QTest::newRow("well formed") << values("7", "1255244709", "3", "59.437") << true << 3 << 1
+                                 << qint64(1255244709) << 59.437 << "blue";
     QTest::newRow("tid is text: rejected")
-        << QStringLiteral("'seven', 'g', 'f', 't', 1, 3, 'ti', 'no', 1.0, 2.0, ") + tail << false
-        << 0 << 0 << qint64(-1) << 0.0;
+        << values("'seven'", "1", "3", "1.0") << false << 0 << 0 << qint64(-1) << 0.0 << "";
     QTest::newRow("ttz is text: accepted with tz 0")
-        << QStringLiteral("7, 'g', 'f', 't', 1, 'UTC+2', 'ti', 'no', 1.0, 2.0, ") + tail << true
-        << 0 << 1 << qint64(1) << 1.0;
+        << values("7", "1", "'UTC+2'", "1.0") << true << 0 << 1 << qint64(1) << 1.0 << "blue";
     QTest::newRow("time is text: null date-time")
-        << QStringLiteral("7, 'g', 'f', 't', 'yesterday', 1, 'ti', 'no', 1.0, 2.0, ") + tail << true
-        << 1 << 1 << qint64(-1) << 1.0;
+        << values("7", "'yesterday'", "1", "1.0") << true << 1 << 1 << qint64(-1) << 1.0 << "blue";
     QTest::newRow("latitude is garbage")
-        << QStringLiteral("7, 'g', 'f', 't', 1, 1, 'ti', 'no', 'north', 2.0, ") + tail << true << 1
-        << 1 << qint64(1) << 0.0;
-    QTest::newRow("flag is text")
-        << QStringLiteral(
-               "7, 'g', 'f', 't', 1, 1, 'ti', 'no', 1.0, 2.0, 'Mari', 'addr', 'T', "
-               "'desc', 'img', 2, 'blue', 'reg', 372, 'Elisa', '1.0.5', 'unread'")
-        << true << 1 << 0 << qint64(1) << 1.0;
+        << values("7", "1", "1", "'north'") << true << 1 << 1 << qint64(1) << 0.0 << "blue";
+    QTest::newRow("flag is text") << values("7", "1", "1", "1.0", "'blue'", "'unread'") << true << 1
+                                  << 0 << qint64(1) << 1.0 << "blue";
+    QTest::newRow("empty colour kept")
+        << values("7", "1", "1", "1.0", "''") << true << 1 << 1 << qint64(1) << 1.0 << "green";
     QTest::newRow("NULL everywhere but tid")
         << QStringLiteral("7") + QStringLiteral(", NULL").repeated(21) << true << 0 << 0
-        << qint64(-1) << 0.0;
+        << qint64(-1) << 0.0 << "green";
 }
 
 void StorageRecordsTest::fromRow()
@@ -189,8 +188,10 @@ void StorageRecordsTest::fromRow()
     QFETCH(int, flag);
     QFETCH(qint64, seconds);
     QFETCH(double, latitude);
+    QFETCH(QString, colour);
 
     CTarvik tarvik;
+    tarvik.setColor(QStringLiteral("green"));
     QCOMPARE(buildFromRow(values, tarvik), accepted);
     if (!accepted) {
         return;
@@ -199,27 +200,13 @@ void StorageRecordsTest::fromRow()
     QCOMPARE(tarvik.tz(), tz);
     QCOMPARE(tarvik.flag(), flag);
     QCOMPARE(tarvik.latitude(), latitude);
+    QCOMPARE(tarvik.color(), colour);
     if (seconds < 0) {
         QVERIFY(tarvik.dateTime().isNull());
     } else {
         QCOMPARE(tarvik.dateTime().toSecsSinceEpoch(), seconds);
         QCOMPARE(tarvik.dateTime().timeSpec(), Qt::UTC);
     }
-}
-
-void StorageRecordsTest::colourKeptWhenEmpty()
-{
-    CTarvik tarvik;
-    tarvik.setColor(QStringLiteral("green"));
-    const QString row = QStringLiteral(
-        "1, 'g', 'f', 't', 1, 1, 'ti', 'no', 1.0, 2.0, 's', 'a', 'T', 'd', 'i', 0, %1, 'r', 0, "
-        "'c', 'v', 0");
-    QVERIFY(buildFromRow(row.arg(QStringLiteral("''")), tarvik));
-    QCOMPARE(tarvik.color(), QStringLiteral("green"));
-    QVERIFY(buildFromRow(row.arg(QStringLiteral("NULL")), tarvik));
-    QCOMPARE(tarvik.color(), QStringLiteral("green"));
-    QVERIFY(buildFromRow(row.arg(QStringLiteral("'red'")), tarvik));
-    QCOMPARE(tarvik.color(), QStringLiteral("red"));
 }
 
 void StorageRecordsTest::coordinatesFollowLocale()
