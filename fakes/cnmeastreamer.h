@@ -27,7 +27,7 @@ public:
     explicit CNmeaStreamer(QObject* parent = nullptr);
 
     bool loadFile(const QString& path);
-    bool listen();  // on a free loopback port
+    bool listen();              // on a free loopback port
     QString sourceUrl() const;  // socket://127.0.0.1:PORT
 
     // Writes the next epoch (wrapping around at the end); false without clients.
