@@ -23,5 +23,15 @@ QDBusMessage callAndWait(const QDBusConnection& connection, const QDBusMessage& 
     return watcher.reply();
 }
 
+bool setFakeNetworkState(const QDBusConnection& system, uint state)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.NetworkManager"),
+        QStringLiteral("/org/freedesktop/NetworkManager"),
+        QStringLiteral("org.tarvik.Fake.Control"), QStringLiteral("SetState"));
+    call << state;
+    return system.call(call).type() == QDBusMessage::ReplyMessage;
+}
+
 }  // namespace Test
 }  // namespace Dravo

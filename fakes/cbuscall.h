@@ -14,5 +14,9 @@ namespace Test {
 QDBusMessage callAndWait(const QDBusConnection& connection, const QDBusMessage& message,
                          int timeoutMs = 5000);
 
+// Puts the fake NetworkManager (tarvik-fakes --nm, another process) on `system` into
+// `state`, blocking until it has answered; true when it has.
+bool setFakeNetworkState(const QDBusConnection& system, uint state);
+
 }  // namespace Test
 }  // namespace Dravo

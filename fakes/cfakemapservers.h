@@ -51,8 +51,7 @@ private:
     int m_iRequests = 0;
 };
 
-// Raster tiles at /{z}/{x}/{y}.png drawn as a street map: beige blocks, white streets,
-// a yellow main road, parks and water.
+// Raster tiles at /{z}/{x}/{y}.png drawn as a street map: beige land, white streets.
 class CFakeTileServer : public CFakeHttpServer
 {
     Q_OBJECT

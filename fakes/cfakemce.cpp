@@ -38,11 +38,6 @@ CFakeMceControlAdaptor::CFakeMceControlAdaptor(CFakeMce* parent)
 {
 }
 
-void CFakeMceControlAdaptor::SetMode(const QString& mode)
-{
-    m_pMce->m_strMode = mode;
-}
-
 QStringList CFakeMceControlAdaptor::RequestedModes()
 {
     return m_pMce->m_lstRequested;

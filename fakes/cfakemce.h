@@ -15,8 +15,8 @@ namespace Test {
 // The handset's mode control: "com.nokia.mce", object "/com/nokia/mce/request",
 // interface "com.nokia.mce.request". get_device_mode answers the current mode;
 // req_device_mode_change switches to the requested mode and records it. Tests set
-// the mode in-process with setMode() or over the bus with the control interface
-// "org.tarvik.Fake.Control" (SetMode(s), RequestedModes() -> as) on the same object.
+// the mode in-process with setMode() and read the requests over the bus with the control
+// interface "org.tarvik.Fake.Control" (RequestedModes() -> as) on the same object.
 class CFakeMce : public QObject
 {
     Q_OBJECT
@@ -24,9 +24,7 @@ public:
     explicit CFakeMce(const QString& mode, QObject* parent = nullptr);
     bool registerOn(QDBusConnection& connection);
 
-    QString mode() const { return m_strMode; }
     void setMode(const QString& mode) { m_strMode = mode; }
-    QStringList requestedModes() const { return m_lstRequested; }
 
 private:
     friend class CFakeMceAdaptor;
@@ -58,7 +56,6 @@ public:
     explicit CFakeMceControlAdaptor(CFakeMce* parent);
 
 public Q_SLOTS:
-    void SetMode(const QString& mode);
     QStringList RequestedModes();
 
 private:

@@ -86,14 +86,6 @@ void CFakeNetworkManager::setState(uint state)
     }
 }
 
-void CFakeNetworkManager::setConnectivity(uint connectivity)
-{
-    if (connectivity != m_uConnectivity) {
-        m_uConnectivity = connectivity;
-        announce({{QStringLiteral("Connectivity"), connectivity}});
-    }
-}
-
 void CFakeNetworkManager::setNetworkingEnabled(bool enabled)
 {
     if (enabled != m_bNetworkingEnabled) {
@@ -194,22 +186,6 @@ CFakeNetworkManagerControlAdaptor::CFakeNetworkManagerControlAdaptor(CFakeNetwor
 void CFakeNetworkManagerControlAdaptor::SetState(uint state)
 {
     m_pNm->setState(state);
-}
-
-void CFakeNetworkManagerControlAdaptor::SetConnectivity(uint connectivity)
-{
-    m_pNm->setConnectivity(connectivity);
-}
-
-void CFakeNetworkManagerControlAdaptor::SetNetworkingEnabled(bool enabled)
-{
-    m_pNm->setNetworkingEnabled(enabled);
-}
-
-void CFakeNetworkManagerControlAdaptor::SetRadios(bool wireless, bool wwan)
-{
-    m_pNm->setWirelessEnabled(wireless);
-    m_pNm->setWwanEnabled(wwan);
 }
 
 int CFakeNetworkManagerControlAdaptor::EnableCalls()

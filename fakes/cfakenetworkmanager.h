@@ -46,7 +46,6 @@ public:
 
     // Each setter announces the change on the bus.
     void setState(uint state);
-    void setConnectivity(uint connectivity);
     void setNetworkingEnabled(bool enabled);
     void setWirelessEnabled(bool enabled);
     void setWwanEnabled(bool enabled);
@@ -121,9 +120,6 @@ public:
 
 public Q_SLOTS:
     void SetState(uint state);
-    void SetConnectivity(uint connectivity);
-    void SetNetworkingEnabled(bool enabled);
-    void SetRadios(bool wireless, bool wwan);
     int EnableCalls();
 
 private:

@@ -66,11 +66,6 @@ int CLogCapture::count(const QString& line) const
     return lines().count(line);
 }
 
-int CLogCapture::indexOf(const QString& line, int from) const
-{
-    return lines().indexOf(line, from);
-}
-
 void CLogCapture::clear()
 {
     QMutexLocker locker(&g_mutex);

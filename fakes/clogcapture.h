@@ -24,8 +24,6 @@ public:
     bool contains(const QString& line) const;
     bool containsPrefix(const QString& prefix) const;
     int count(const QString& line) const;
-    // Index of the first line equal to `line` at or after `from`, or -1.
-    int indexOf(const QString& line, int from = 0) const;
     void clear();
 
 private:

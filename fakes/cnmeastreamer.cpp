@@ -48,23 +48,14 @@ bool CNmeaStreamer::loadFile(const QString& path)
     if (!file.open(QIODevice::ReadOnly)) {
         return false;
     }
-    QList<QByteArray> sentences;
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        const QByteArray trimmed = line.trimmed();
-        if (trimmed.startsWith('$')) {
-            sentences.append(trimmed);
-        }
-    }
-    setSentences(sentences);
-    return !m_lstEpochs.isEmpty();
-}
-
-void CNmeaStreamer::setSentences(const QList<QByteArray>& sentences)
-{
     m_lstEpochs.clear();
     m_iNext = 0;
     QByteArray lastTime;
-    for (const QByteArray& sentence : sentences) {
+    for (const QByteArray& line : file.readAll().split('\n')) {
+        const QByteArray sentence = line.trimmed();
+        if (!sentence.startsWith('$')) {
+            continue;
+        }
         const QByteArray time = timeField(sentence);
         if (m_lstEpochs.isEmpty() || time != lastTime) {
             m_lstEpochs.append(QList<QByteArray>());
@@ -72,21 +63,17 @@ void CNmeaStreamer::setSentences(const QList<QByteArray>& sentences)
         }
         m_lstEpochs.last().append(sentence);
     }
+    return !m_lstEpochs.isEmpty();
 }
 
-bool CNmeaStreamer::listen(quint16 port)
+bool CNmeaStreamer::listen()
 {
-    return m_pServer->listen(QHostAddress::LocalHost, port);
-}
-
-quint16 CNmeaStreamer::port() const
-{
-    return m_pServer->serverPort();
+    return m_pServer->listen(QHostAddress::LocalHost, 0);
 }
 
 QString CNmeaStreamer::sourceUrl() const
 {
-    return QStringLiteral("socket://127.0.0.1:%1").arg(port());
+    return QStringLiteral("socket://127.0.0.1:%1").arg(m_pServer->serverPort());
 }
 
 bool CNmeaStreamer::sendNext()
@@ -116,20 +103,6 @@ void CNmeaStreamer::start(int intervalMs)
     m_timer.start(intervalMs);
 }
 
-QByteArray CNmeaStreamer::checksum(const QByteArray& body)
-{
-    quint8 sum = 0;
-    for (char c : body) {
-        sum ^= static_cast<quint8>(c);
-    }
-    return QByteArray::number(sum, 16).toUpper().rightJustified(2, '0');
-}
-
-QByteArray CNmeaStreamer::withChecksum(const QByteArray& body)
-{
-    return '$' + body + '*' + checksum(body);
-}
-
 QByteArray CNmeaStreamer::retimed(const QByteArray& sentence, const QDateTime& utc)
 {
     QList<QByteArray> fields = bodyOf(sentence).split(',');
@@ -144,7 +117,12 @@ QByteArray CNmeaStreamer::retimed(const QByteArray& sentence, const QDateTime& u
     if (fields.at(0).endsWith("RMC") && fields.size() > 9) {
         fields[9] = utc.date().toString(QStringLiteral("ddMMyy")).toLatin1();
     }
-    return withChecksum(fields.join(','));
+    const QByteArray body = fields.join(',');
+    quint8 sum = 0;
+    for (char c : body) {
+        sum ^= static_cast<quint8>(c);
+    }
+    return '$' + body + '*' + QByteArray::number(sum, 16).toUpper().rightJustified(2, '0');
 }
 
 }  // namespace Test

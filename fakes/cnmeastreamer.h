@@ -27,9 +27,7 @@ public:
     explicit CNmeaStreamer(QObject* parent = nullptr);
 
     bool loadFile(const QString& path);
-    void setSentences(const QList<QByteArray>& sentences);
-    bool listen(quint16 port = 0);
-    quint16 port() const;
+    bool listen();              // on a free loopback port
     QString sourceUrl() const;  // socket://127.0.0.1:PORT
 
     // Writes the next epoch (wrapping around at the end); false without clients.
@@ -37,10 +35,7 @@ public:
     // Streams one epoch every intervalMs.
     void start(int intervalMs = 1000);
 
-    // NMEA helpers.
-    static QByteArray checksum(const QByteArray& body);
-    static QByteArray withChecksum(const QByteArray& body);
-    // The sentence with its UTC time (and, for RMC, date) replaced.
+    // The sentence with its UTC time (and, for RMC, date) replaced, checksum recomputed.
     static QByteArray retimed(const QByteArray& sentence, const QDateTime& utc);
 
 private:

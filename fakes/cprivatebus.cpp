@@ -7,46 +7,22 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QThread>
 
 namespace Dravo {
 namespace Test {
 
 namespace {
 
-const char* const kSystemConfig =
+// Either type of bus with an allow-all policy; a session bus starts the services it finds
+// in the service directory.
+const char* const kConfig =
     R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
-  <type>system</type>
-  <listen>unix:path=%1</listen>
+  <type>%1</type>
+  <listen>unix:path=%2</listen>
   <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow user="*"/>
-    <allow own="*"/>
-    <allow send_type="method_call"/>
-    <allow send_type="signal"/>
-    <allow send_type="method_return"/>
-    <allow send_type="error"/>
-    <allow receive_type="method_call"/>
-    <allow receive_type="signal"/>
-    <allow receive_type="method_return"/>
-    <allow receive_type="error"/>
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-  </policy>
-</busconfig>
-)";
-
-const char* const kSessionConfig =
-    R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <type>session</type>
-  <listen>unix:path=%1</listen>
-  <auth>EXTERNAL</auth>
-  <servicedir>%2</servicedir>
+  <servicedir>%3</servicedir>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -54,18 +30,6 @@ const char* const kSessionConfig =
   </policy>
 </busconfig>
 )";
-
-// Terminates a helper, and kills it when it does not end in time.
-void endProcess(QProcess& process)
-{
-    if (process.state() != QProcess::NotRunning) {
-        process.terminate();
-        if (!process.waitForFinished(3000)) {
-            process.kill();
-            process.waitForFinished(3000);
-        }
-    }
-}
 
 }  // namespace
 
@@ -78,19 +42,17 @@ CPrivateBus::~CPrivateBus()
 
 bool CPrivateBus::start(int timeoutMs)
 {
-    if (isRunning()) {
+    if (m_daemon.process().state() == QProcess::Running) {
         return true;
     }
     if (!m_tmpDir.isValid()) {
         m_strError = QStringLiteral("no temporary directory");
         return false;
     }
-    const QString socketPath = m_tmpDir.filePath(QStringLiteral("bus"));
-    const QString serviceDir = m_tmpDir.filePath(QStringLiteral("services"));
-    QDir().mkpath(serviceDir);
-    const QString config = m_eType == eSystem
-                               ? QString::fromLatin1(kSystemConfig).arg(socketPath)
-                               : QString::fromLatin1(kSessionConfig).arg(socketPath, serviceDir);
+    QDir().mkpath(serviceDir());
+    const QString config = QString::fromLatin1(kConfig).arg(
+        m_eType == eSystem ? QStringLiteral("system") : QStringLiteral("session"),
+        m_tmpDir.filePath(QStringLiteral("bus")), serviceDir());
     const QString configPath = m_tmpDir.filePath(QStringLiteral("bus.conf"));
     QFile file(configPath);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(config.toUtf8()) < 0) {
@@ -98,42 +60,18 @@ bool CPrivateBus::start(int timeoutMs)
         return false;
     }
     file.close();
-
-    m_process.setProcessChannelMode(QProcess::SeparateChannels);
-    m_process.start(QStringLiteral("dbus-daemon"),
-                    {QStringLiteral("--config-file=") + configPath, QStringLiteral("--nofork"),
-                     QStringLiteral("--print-address=1")});
-    if (!m_process.waitForStarted(timeoutMs)) {
-        m_strError = QStringLiteral("dbus-daemon did not start: ") + m_process.errorString();
-        return false;
-    }
-    QDeadlineTimer deadline(timeoutMs);
-    QByteArray line;
-    while (!line.contains('\n') && !deadline.hasExpired()) {
-        if (m_process.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) {
-            line += m_process.readAllStandardOutput();
-        } else if (m_process.state() != QProcess::Running) {
-            break;
-        }
-    }
-    m_strAddress = QString::fromUtf8(line.trimmed());
-    if (m_strAddress.isEmpty()) {
+    // Up once it has printed its address, a line.
+    if (!m_daemon.start(QStringLiteral("dbus-daemon"),
+                        {QStringLiteral("--config-file=") + configPath, QStringLiteral("--nofork"),
+                         QStringLiteral("--print-address=1")},
+                        QStringLiteral("\n"), timeoutMs)) {
         m_strError = QStringLiteral("dbus-daemon printed no address: ") +
-                     QString::fromUtf8(m_process.readAllStandardError());
-        stop();
+                     QString::fromUtf8(m_daemon.process().readAllStandardError());
+        m_daemon.stop();
         return false;
     }
+    m_strAddress = QString::fromUtf8(m_daemon.output().trimmed());
     return true;
-}
-
-void CPrivateBus::stop()
-{
-    endProcess(m_process);
-}
-
-bool CPrivateBus::isRunning() const
-{
-    return m_process.state() == QProcess::Running;
 }
 
 void CPrivateBus::exportAddress() const
@@ -195,7 +133,14 @@ bool CHelperProcess::start(const QString& program, const QStringList& args,
 
 void CHelperProcess::stop()
 {
-    endProcess(m_process);
+    // Terminated, and killed when it does not end in time.
+    if (m_process.state() != QProcess::NotRunning) {
+        m_process.terminate();
+        if (!m_process.waitForFinished(3000)) {
+            m_process.kill();
+            m_process.waitForFinished(3000);
+        }
+    }
 }
 
 namespace {

@@ -10,61 +10,7 @@
 namespace Dravo {
 namespace Test {
 
-// A private dbus-daemon for tests: either a session bus or a bus that plays the
-// system bus (its own config file with <type>system</type> and an allow-all policy).
-// start() spawns the daemon and reads its address; the destructor kills it.
-class CPrivateBus
-{
-public:
-    enum eType
-    {
-        eSession,
-        eSystem
-    };
-
-    explicit CPrivateBus(eType type);
-    ~CPrivateBus();
-    CPrivateBus(const CPrivateBus&) = delete;
-    CPrivateBus& operator=(const CPrivateBus&) = delete;
-
-    bool start(int timeoutMs = 5000);
-    void stop();
-    bool isRunning() const;
-    QString address() const { return m_strAddress; }
-    // Where a session bus looks for the service files of names it may start.
-    QString serviceDir() const { return m_tmpDir.filePath(QStringLiteral("services")); }
-    QString errorString() const { return m_strError; }
-
-    // Exports the address as DBUS_SESSION_BUS_ADDRESS or DBUS_SYSTEM_BUS_ADDRESS.
-    // Qt caches the bus connections, so this must run before the first
-    // QDBusConnection::sessionBus()/systemBus() call of the process.
-    void exportAddress() const;
-
-private:
-    eType m_eType;
-    QTemporaryDir m_tmpDir;
-    QProcess m_process;
-    QString m_strAddress;
-    QString m_strError;
-};
-
-// Both private buses, started and exported together; the usual fixture of a
-// test suite that talks D-Bus.
-class CPrivateBuses
-{
-public:
-    CPrivateBuses();
-    bool start();
-    CPrivateBus& session() { return m_session; }
-    CPrivateBus& system() { return m_system; }
-    QString errorString() const;
-
-private:
-    CPrivateBus m_session;
-    CPrivateBus m_system;
-};
-
-// A helper program (a fake service or the daemon simulator) run for the length of a
+// A helper program (a fake service, the daemon simulator, a bus) run for the length of a
 // test. It is considered up once it prints a line containing `readyMarker` on stdout.
 class CHelperProcess
 {
@@ -84,6 +30,59 @@ public:
 private:
     QProcess m_process;
     QByteArray m_baOutput;
+};
+
+// A private dbus-daemon for tests: either a session bus or a bus that plays the
+// system bus (its own config file with <type>system</type> and an allow-all policy).
+// start() spawns the daemon and reads its address; the destructor kills it.
+class CPrivateBus
+{
+public:
+    enum eType
+    {
+        eSession,
+        eSystem
+    };
+
+    explicit CPrivateBus(eType type);
+    ~CPrivateBus();
+    CPrivateBus(const CPrivateBus&) = delete;
+    CPrivateBus& operator=(const CPrivateBus&) = delete;
+
+    bool start(int timeoutMs = 5000);
+    void stop() { m_daemon.stop(); }
+    QString address() const { return m_strAddress; }
+    // Where a session bus looks for the service files of names it may start.
+    QString serviceDir() const { return m_tmpDir.filePath(QStringLiteral("services")); }
+    QString errorString() const { return m_strError; }
+
+    // Exports the address as DBUS_SESSION_BUS_ADDRESS or DBUS_SYSTEM_BUS_ADDRESS.
+    // Qt caches the bus connections, so this must run before the first
+    // QDBusConnection::sessionBus()/systemBus() call of the process.
+    void exportAddress() const;
+
+private:
+    eType m_eType;
+    QTemporaryDir m_tmpDir;
+    CHelperProcess m_daemon;
+    QString m_strAddress;
+    QString m_strError;
+};
+
+// Both private buses, started and exported together; the usual fixture of a
+// test suite that talks D-Bus.
+class CPrivateBuses
+{
+public:
+    CPrivateBuses();
+    bool start();
+    CPrivateBus& session() { return m_session; }
+    CPrivateBus& system() { return m_system; }
+    QString errorString() const;
+
+private:
+    CPrivateBus m_session;
+    CPrivateBus m_system;
 };
 
 // A small tmpfs mounted at `path` while it lives (needs root), to make a read-only or a

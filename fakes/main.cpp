@@ -3,7 +3,7 @@
 
 // tarvik-fakes: stand-ins for the platform services the client talks to on the system
 // bus, for tests and demos. Each service named on the command line is registered on the
-// bus given by DBUS_SYSTEM_BUS_ADDRESS (or the session bus with --session); the program
+// bus given by DBUS_SYSTEM_BUS_ADDRESS; the program
 // prints "ready" once every name is owned and runs until terminated. --client plays the
 // client on the session bus, for tests that have the bus start it.
 #include <QCommandLineParser>
@@ -30,7 +30,6 @@ int main(int argc, char* argv[])
         QStringLiteral("Fake platform services for tarvik tests: SIM, ModemManager, MCE, "
                        "NetworkManager, an NMEA stream."));
     parser.addHelpOption();
-    parser.addOption({QStringLiteral("session"), QStringLiteral("Use the session bus.")});
     parser.addOption({QStringLiteral("sim"),
                       QStringLiteral("Run com.nokia.phone.SIM answering get_imei with <imei>."),
                       QStringLiteral("imei")});
@@ -48,12 +47,10 @@ int main(int argc, char* argv[])
                       QStringLiteral("Start NetworkManager with WirelessEnabled and WwanEnabled "
                                      "false (flight mode).")});
     parser.addOption({QStringLiteral("nmea-stream"),
-                      QStringLiteral("Stream <file> once a second on a loopback port, stamped "
-                                     "with the current time; prints socket://127.0.0.1:PORT."),
+                      QStringLiteral("Stream <file> once a second on a free loopback port, "
+                                     "stamped with the current time; prints "
+                                     "socket://127.0.0.1:PORT."),
                       QStringLiteral("file")});
-    parser.addOption({QStringLiteral("nmea-port"),
-                      QStringLiteral("Port for --nmea-stream (default: any free port)."),
-                      QStringLiteral("port")});
     parser.addOption({QStringLiteral("client"),
                       QStringLiteral("Play the tarvik client on the session bus: own "
                                      "com.qel.tarvik and append the name of every method "
@@ -61,12 +58,11 @@ int main(int argc, char* argv[])
                       QStringLiteral("file")});
     parser.process(app);
 
-    QDBusConnection bus = parser.isSet(QStringLiteral("session")) ? QDBusConnection::sessionBus()
-                                                                  : QDBusConnection::systemBus();
+    QDBusConnection bus = QDBusConnection::systemBus();
     QTextStream out(stdout);
     QTextStream err(stderr);
     if (parser.isSet(QStringLiteral("client"))) {
-        // Started by the bus (D-Bus activation), so the session bus whatever --session says.
+        // Started by the bus (D-Bus activation).
         QDBusConnection session = QDBusConnection::sessionBus();
         auto* recorder = new CClientRecorder;
         recorder->setParent(&app);
@@ -122,8 +118,7 @@ int main(int argc, char* argv[])
     if (parser.isSet(QStringLiteral("nmea-stream"))) {
         auto* streamer = new CNmeaStreamer(&app);
         if (!streamer->loadFile(parser.value(QStringLiteral("nmea-stream"))) ||
-            !streamer->listen(
-                static_cast<quint16>(parser.value(QStringLiteral("nmea-port")).toUInt()))) {
+            !streamer->listen()) {
             err << "tarvik-fakes: cannot stream " << parser.value(QStringLiteral("nmea-stream"))
                 << Qt::endl;
             return 1;

@@ -14,6 +14,8 @@ Usage:
 """
 
 import fcntl
+import http.server
+import json
 import os
 import shutil
 import signal
@@ -21,6 +23,7 @@ import sqlite3
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 
 # The scripts import each other's helpers; no byte code is left in the source tree.
@@ -86,11 +89,53 @@ def db_execute(path, sql, args=()):
         con.close()
 
 
+def db_settings(path):
+    """The settings table of the database at `path` as a dictionary."""
+    con = sqlite3.connect(path, timeout=5)
+    try:
+        return dict(con.execute("SELECT name, value FROM settings").fetchall())
+    finally:
+        con.close()
+
+
+class HttpServer:
+    """A loopback web server on a free port that keeps the path of every request and
+    answers it with answer(path): (body, content type), or None for 404. Answers carry
+    the CORS header public servers send."""
+
+    def __init__(self, answer=lambda path: None):
+        owner = self
+        self.paths = []
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                owner.paths.append(self.path)
+                found = answer(self.path)
+                self.send_response(404 if found is None else 200)
+                if found is not None:
+                    self.send_header("Content-Type", found[1])
+                    self.send_header("Content-Length", str(len(found[0])))
+                    self.send_header("Access-Control-Allow-Origin", "*")
+                self.end_headers()
+                if found is not None:
+                    self.wfile.write(found[0])
+
+            def log_message(self, *args):
+                pass
+
+        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        self.url = "http://127.0.0.1:%d" % self.server.server_address[1]
+        threading.Thread(target=self.server.serve_forever, daemon=True).start()
+
+    def close(self):
+        self.server.shutdown()
+
+
 class Session:
     def __init__(self, bindir, sim_args=None, home=None, client_env=None, start_client=True,
-                 daemon="tarvik-simd", daemon_env=None):
+                 daemon="tarvik-simd", daemon_env=None, incoming=None):
         self.bindir = bindir
-        self.sim_args = sim_args or []
+        self.sim_args = list(sim_args or [])
         self.daemon = daemon
         self.daemon_env = daemon_env or {}
         self.client_env = client_env or {}
@@ -98,6 +143,11 @@ class Session:
         self.tmp = tempfile.mkdtemp(prefix="tarvik-atspi-")
         self.home = home or os.path.join(self.tmp, "home")
         os.makedirs(self.home, exist_ok=True)
+        if incoming is not None:  # the messages the simulator delivers
+            path = os.path.join(self.tmp, "incoming.json")
+            with open(path, "w") as f:
+                json.dump(incoming, f)
+            self.sim_args += ["--incoming-file", path]
         self.procs = []
         self.client = None
         self.app = None
@@ -400,6 +450,9 @@ class Session:
     def execute(self, sql, args=()):
         db_execute(self.database, sql, args)
 
+    def settings(self):
+        return db_settings(self.database)
+
     def log(self):
         path = os.path.join(self.home, ".tarvik", "tarvik.log")
         with open(path, encoding="utf-8", errors="replace") as f:
@@ -440,6 +493,19 @@ class Session:
     def dbus(self, bus, dest, path, method, *args):
         subprocess.run(["dbus-send", "--" + bus, "--print-reply", "--dest=" + dest, path, method]
                        + list(args), env=self.env, check=True, capture_output=True)
+
+    def deliver(self, count=1):
+        """Has the simulator deliver `count` messages now."""
+        self.dbus("session", "com.qel.tarvikdaemon", "/com/qel/tarviksim",
+                  "com.qel.TarvikSimControl.DeliverNow", "int32:%d" % count)
+
+    def owner_pid(self, name):
+        """The process that owns `name` on the session bus, or None."""
+        out = subprocess.run(["dbus-send", "--session", "--print-reply",
+                              "--dest=org.freedesktop.DBus", "/org/freedesktop/DBus",
+                              "org.freedesktop.DBus.GetConnectionUnixProcessID", "string:" + name],
+                             env=self.env, capture_output=True, text=True)
+        return int(out.stdout.split()[-1]) if out.returncode == 0 else None
 
     def focus_elsewhere(self):
         """Maps a small window of our own in the screen's corner and gives it the keyboard

@@ -6,7 +6,6 @@ driven through the accessibility bus."""
 
 import datetime
 import os
-import sqlite3
 import sys
 import tempfile
 import time
@@ -25,7 +24,7 @@ def nmea_checksum(body):
     return "%02X" % value
 
 
-def stamped_track(directory):
+def stamped_track(directory=None):
     """A handset standing still at the first fix of the recorded track, stamped from now
     on (so no fix counts as stale) for a minute; and that position, decoded from the GGA
     sentence. Whichever fix the engine settles on, the position is the same."""
@@ -47,18 +46,10 @@ def stamped_track(directory):
                 fields[9] = stamp.strftime("%d%m%y")
             body = ",".join(fields)
             out.append("$%s*%s" % (body, nmea_checksum(body)))
-    path = os.path.join(directory, "track.nmea")
+    path = os.path.join(directory or tempfile.mkdtemp(prefix="tarvik-nmea-"), "track.nmea")
     with open(path, "w") as out_file:
         out_file.write("\r\n".join(out) + "\r\n")
     return path, fix
-
-
-def settings_of(s):
-    con = sqlite3.connect(s.database, timeout=5)
-    try:
-        return dict(con.execute("SELECT name, value FROM settings").fetchall())
-    finally:
-        con.close()
 
 
 def label_shown(s, text):
@@ -101,7 +92,7 @@ def test_first_start_registers(bindir):
                  "the registration popup")
         s.find("list item", "Send a tarvik", timeout=15)
         wait_for(lambda: not s.all("push button", "Continue"), 10, "the form to close")
-        settings = settings_of(s)
+        settings = s.settings()
         check(settings.get("mynumber") == "+15550123", "number saved: %r" % settings)
         check(settings.get("screenname") == "Ann", "screen name saved: %r" % settings)
         check(str(settings.get("regflag")) == "1", "the daemon registered: %r" % settings)
@@ -116,8 +107,7 @@ def test_first_start_registers(bindir):
 def test_send_to_two_recipients(bindir):
     """Send locates, fills the sender fields, queues and asks the daemon; the simulator
     moves the message to sent and the compose form closes."""
-    tmp = tempfile.mkdtemp(prefix="tarvik-nmea-")
-    track, fix = stamped_track(tmp)
+    track, fix = stamped_track()
     with Session(bindir, sim_args=["--register-at-start", "--number", "+15550100",
                                    "--screen-name", "Ann", "--delay", "300", "--incoming", "0"],
                  client_env={"TARVIK_NMEA_SOURCE": track}) as s:
@@ -134,7 +124,7 @@ def test_send_to_two_recipients(bindir):
         check(row["ttitle"] == "Lunch?" and row["tnote"] == "At the corner.", "texts: %r" % row)
         check(row["tfrom"] == "+15550100", "tfrom: %r" % row["tfrom"])
         check(row["tscreenname"] == "Ann", "tscreenname: %r" % row["tscreenname"])
-        settings = settings_of(s)
+        settings = s.settings()
         check((row["treg"] or "") == (settings.get("imei") or ""), "treg: %r" % row["treg"])
         check(row["tversion"] == settings.get("version"), "tversion: %r" % row["tversion"])
         check(abs(float(row["tlatitude"]) - fix[0]) < 1e-6, "latitude %r" % row["tlatitude"])
@@ -146,8 +136,7 @@ def test_send_to_two_recipients(bindir):
 def test_daemon_silent(bindir):
     """A daemon that never answers: after 4000 ms popup and compose form close; the
     message waits in the outbox marked for sending."""
-    tmp = tempfile.mkdtemp(prefix="tarvik-nmea-")
-    track, _ = stamped_track(tmp)
+    track, _ = stamped_track()
     with Session(bindir, sim_args=["--register-at-start", "--send", "silent", "--incoming", "0"],
                  client_env={"TARVIK_NMEA_SOURCE": track}) as s:
         s.wait_title("tarvik")

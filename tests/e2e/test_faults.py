@@ -21,7 +21,7 @@ import time
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from tarvikui import Session, check, run, wait_for  # noqa: E402
 from test_compose import (compose_and_send, label_shown, nmea_checksum,  # noqa: E402
-                          settings_of, stamped_track, type_into)
+                          stamped_track, type_into)
 
 SENDING = "Sending..."
 SEND_FAILED = "Sending failed"
@@ -260,8 +260,7 @@ def test_gps_faults(bindir):
     """A GPS without a fix keeps the popup on its request until a tap closes it alone;
     a stream that ends says the position cannot be found; a stream that is back gives
     the next Send its position. The compose form keeps its text throughout."""
-    with tempfile.TemporaryDirectory(prefix="tarvik-faults-") as tmp:
-        gps = NmeaSource(stamped_track(tmp)[0])
+    gps = NmeaSource(stamped_track()[0])
     with client(bindir, FAILING, env={"TARVIK_NMEA_SOURCE": gps.url}) as s:
         compose_and_send(s, "+15550111", "Where", "No fix yet.")
         wait_label(s, LOCATING)
@@ -296,7 +295,7 @@ def test_registration_on_flapping_network(bindir):
         s.responsive()
         requests = [line for line in s.log() if "EmitRegistrationRequest" in line]
         check(len(requests) == 1, "registration asked %d times" % len(requests))
-        check(str(settings_of(s).get("regflag")) == "1", "not registered: %r" % settings_of(s))
+        check(str(s.settings().get("regflag")) == "1", "not registered: %r" % s.settings())
 
 
 def test_no_buses(bindir):

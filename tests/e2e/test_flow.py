@@ -14,7 +14,7 @@ import time
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from tarvikui import Session, check, run, wait_for  # noqa: E402
-from test_compose import settings_of, stamped_track, type_into  # noqa: E402
+from test_compose import stamped_track, type_into  # noqa: E402
 from test_faults import locked, wait_label, wait_log  # noqa: E402
 from test_map import back_to, open_delivered  # noqa: E402
 
@@ -45,7 +45,7 @@ def test_read_reply_forward_and_folders(bindir):
                  client_env={"TARVIK_NMEA_SOURCE": track}) as s:
         s.spawn_ready([os.path.join(bindir, "tarvik-fakes"), "--sim", IMEI])
         s.restart_sim(REGISTERED + ["--incoming-file", incoming])
-        check(settings_of(s).get("imei") == IMEI, "settings: %r" % settings_of(s))
+        check(s.settings().get("imei") == IMEI, "settings: %r" % s.settings())
         s.launch()
         s.wait_title("tarvik")
 
@@ -64,7 +64,7 @@ def test_read_reply_forward_and_folders(bindir):
         send_from_compose(s, "the forward")
 
         reply, forward = s.rows("outbox")
-        own = settings_of(s)
+        own = s.settings()
         for row, to, title, (lat, lon) in (
                 (reply, ORIGIN["from"], "RE: Here", fix),
                 (forward, "+15550133", "FW: Here", (ORIGIN["latitude"], ORIGIN["longitude"]))):

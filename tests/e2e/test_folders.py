@@ -3,52 +3,15 @@
 
 """Folder screens and the message view, driven through the accessibility bus."""
 
-import http.server
-import json
 import os
-import subprocess
 import sys
-import tempfile
-import threading
 import time
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from tarvikui import Session, check, run, wait_for  # noqa: E402
+from tarvikui import HttpServer, Session, check, run, wait_for  # noqa: E402
 
 
-class CountingServer:
-    """A loopback web server that counts every request: markup in a message must never
-    make the client fetch anything."""
-
-    def __init__(self):
-        counter = self
-        self.requests = []
-
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_GET(self):
-                counter.requests.append(self.path)
-                self.send_response(404)
-                self.end_headers()
-
-            def log_message(self, *args):
-                pass
-
-        self.server = http.server.HTTPServer(("127.0.0.1", 0), Handler)
-        self.port = self.server.server_address[1]
-        threading.Thread(target=self.server.serve_forever, daemon=True).start()
-
-    def close(self):
-        self.server.shutdown()
-
-
-def deliver(session, count):
-    subprocess.run(["dbus-send", "--session", "--print-reply", "--dest=com.qel.tarvikdaemon",
-                    "/com/qel/tarviksim", "com.qel.TarvikSimControl.DeliverNow",
-                    "int32:%d" % count], env=session.env, check=True, capture_output=True)
-
-
-def hostile_messages(port):
-    url = "http://127.0.0.1:%d" % port
+def hostile_messages(url):
     return [{
         "from": "+447700900555",
         "screenname": '<b>Mallory</b><img src="%s/name.png">' % url,
@@ -62,18 +25,16 @@ def hostile_messages(port):
 def test_inbox_refreshes_opens_and_marks_read(bindir):
     """The inbox follows the daemon, a double click opens an entry whose fields read back
     literally (markup included) and nothing is fetched; Back finds the message read."""
-    server = CountingServer()
-    with tempfile.NamedTemporaryFile("w", suffix=".json", delete=False) as f:
-        json.dump(hostile_messages(server.port), f)
-    with Session(bindir, sim_args=["--register-at-start", "--delay", "50",
-                                   "--incoming-file", f.name]) as s:
+    server = HttpServer()  # markup in a message must never make the client fetch anything
+    with Session(bindir, sim_args=["--register-at-start", "--delay", "50"],
+                 incoming=hostile_messages(server.url)) as s:
         s.wait_title("tarvik")
         s.click(s.find("list item", "Inbox"))
         s.wait_title("tarvik - Inbox")
         check(s.find("push button", "Open").name and not s.enabled(s.find("push button", "Open")),
               "Open is enabled with nothing selected")
 
-        deliver(s, 1)
+        s.deliver()
         row = wait_for(lambda: s.rows("inbox"), 10, "the delivered message in the database")[0]
         check(row["tflag"] == 1, "a delivered message is unread")
         entry_name = row["tscreenname"] + ", " + row["ttitle"]
@@ -97,9 +58,8 @@ def test_inbox_refreshes_opens_and_marks_read(bindir):
         s.click(s.find("push button", "Back"))
         s.wait_title("tarvik - Inbox (1)")
         s.find("list item", entry_name)
-        check(server.requests == [], "the client fetched %r" % server.requests)
+        check(server.paths == [], "the client fetched %r" % server.paths)
     server.close()
-    os.unlink(f.name)
 
 
 def test_delete_and_delete_all(bindir):

@@ -3,19 +3,14 @@
 
 """The map screens opened from a received message, driven through the accessibility bus."""
 
-import http.server
-import json
 import os
 import struct
-import subprocess
 import sys
-import tempfile
-import threading
 import time
 import zlib
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from tarvikui import Session, check, run, wait_for  # noqa: E402
+from tarvikui import HttpServer, Session, check, run, wait_for  # noqa: E402
 
 SOURCE_DIR = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 ROUTE_JSON = os.path.join(SOURCE_DIR, "tests", "app", "map", "data", "route.json")
@@ -40,46 +35,19 @@ def street_tile():
             + chunk(b"IDAT", zlib.compress(b"".join(rows))) + chunk(b"IEND", b""))
 
 
-class MapServer:
-    """Loopback tiles under /tiles/ and an OSRM-compatible route service under /osrm/,
-    answering with CORS headers as public servers do; counts what it is asked."""
+def map_server():
+    """Loopback tiles under /tiles/ and an OSRM-compatible route service under /osrm/."""
+    tile = street_tile()
+    with open(ROUTE_JSON, "rb") as f:
+        route = f.read()
 
-    def __init__(self):
-        tile = street_tile()
-        with open(ROUTE_JSON, "rb") as f:
-            route = f.read()
-        owner = self
-        self.tiles = 0
-        self.routes = []
-
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_GET(self):
-                if self.path.startswith("/tiles/"):
-                    owner.tiles += 1
-                    body, kind = tile, "image/png"
-                elif self.path.startswith("/osrm/route/v1/driving/"):
-                    owner.routes.append(self.path)
-                    body, kind = route, "application/json"
-                else:
-                    self.send_response(404)
-                    self.end_headers()
-                    return
-                self.send_response(200)
-                self.send_header("Content-Type", kind)
-                self.send_header("Content-Length", str(len(body)))
-                self.send_header("Access-Control-Allow-Origin", "*")
-                self.end_headers()
-                self.wfile.write(body)
-
-            def log_message(self, *args):
-                pass
-
-        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
-        self.url = "http://127.0.0.1:%d" % self.server.server_address[1]
-        threading.Thread(target=self.server.serve_forever, daemon=True).start()
-
-    def close(self):
-        self.server.shutdown()
+    def answer(path):
+        if path.startswith("/tiles/"):
+            return tile, "image/png"
+        if path.startswith("/osrm/route/v1/driving/"):
+            return route, "application/json"
+        return None
+    return HttpServer(answer)
 
 
 def tap_until(session, name, done):
@@ -100,8 +68,7 @@ def open_delivered(session, entry):
     """Opens the inbox, has the simulator deliver its message, and opens `entry`."""
     session.click(session.find("list item", "Inbox"))
     session.wait_title("tarvik - Inbox")
-    session.dbus("session", "com.qel.tarvikdaemon", "/com/qel/tarviksim",
-                 "com.qel.TarvikSimControl.DeliverNow", "int32:1")
+    session.deliver()
     item = session.find("list item", entry)
     session.tap_away("label", "New tarviks received")
     session.click(item, double=True)
@@ -112,17 +79,15 @@ def test_show_on_map_and_view_route(bindir):
     """"Show on map" opens the position map, whose controls come once tiles have loaded,
     and Back returns to the inbox; "View route" takes the own position from the GPS,
     draws the route and switches to the directions without asking for it again."""
-    server = MapServer()
+    server = map_server()
+    routes = lambda: [p for p in server.paths if p.startswith("/osrm/")]  # noqa: E731
     shots = os.path.join(bindir, os.pardir, "screenshots")
     os.makedirs(shots, exist_ok=True)
-    with tempfile.NamedTemporaryFile("w", suffix=".json", delete=False) as f:
-        json.dump([{"from": "+447700900555", "screenname": "Aino", "title": "Here",
-                    "note": "Come over", "latitude": 59.442, "longitude": 24.76}], f)
-    with Session(bindir, sim_args=["--register-at-start", "--delay", "50",
-                                   "--incoming-file", f.name], start_client=False) as s:
-        gps = s._spawn([os.path.join(bindir, "tarvik-fakes"), "--nmea-stream", TRACK_NMEA],
-                       s.env, stdout=subprocess.PIPE)
-        nmea = gps.stdout.readline().decode().strip()
+    with Session(bindir, sim_args=["--register-at-start", "--delay", "50"], start_client=False,
+                 incoming=[{"from": "+447700900555", "screenname": "Aino", "title": "Here",
+                            "note": "Come over", "latitude": 59.442, "longitude": 24.76}]) as s:
+        _, nmea = s.spawn_ready([os.path.join(bindir, "tarvik-fakes"), "--nmea-stream",
+                                 TRACK_NMEA])
         check(nmea.startswith("socket://"), "no NMEA stream (said %r)" % nmea)
         s.client_env = {"TARVIK_TILE_URL": server.url + "/tiles/{z}/{x}/{y}.png",
                         "TARVIK_ROUTE_URL": server.url + "/osrm",
@@ -133,7 +98,8 @@ def test_show_on_map_and_view_route(bindir):
         s.click(s.find("push button", "Show on map"))
         s.wait_title("tarvik - Map", 30)
         s.find("push button", "Zoom in", timeout=30)
-        check(server.tiles > 0, "the map showed its controls without asking for tiles")
+        check(any(p.startswith("/tiles/") for p in server.paths),
+              "the map showed its controls without asking for tiles")
         s.screenshot(os.path.join(shots, "e2e-map.png"))
         back_to(s, "tarvik - Inbox (1)")
 
@@ -142,15 +108,13 @@ def test_show_on_map_and_view_route(bindir):
         s.click(s.find("push button", "View route"))
         s.wait_title("tarvik - Route", 30)
         s.find("push button", "Route", timeout=30)
-        wait_for(lambda: server.routes, 10, "the route request")
-        check(server.routes[0].startswith("/osrm/route/v1/driving/"),
-              "route asked as %r" % server.routes[0])
+        wait_for(routes, 10, "the route request")
+        check(routes()[0].startswith("/osrm/route/v1/driving/"), "route asked as %r" % routes())
         tap_until(s, "Route", lambda: s.all("push button", "Map"))
         s.screenshot(os.path.join(shots, "e2e-directions.png"))
-        check(len(server.routes) == 1, "the directions asked again: %r" % server.routes)
+        check(len(routes()) == 1, "the directions asked again: %r" % routes())
         back_to(s, "tarvik - Inbox (1)")
     server.close()
-    os.unlink(f.name)
 
 
 if __name__ == "__main__":

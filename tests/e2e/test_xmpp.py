@@ -8,15 +8,14 @@ answer shown in the client's inbox. Driven through the accessibility bus."""
 import os
 import shutil
 import signal
-import sqlite3
 import subprocess
 import sys
 import tempfile
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from tarvikui import Session, check, db_execute, db_rows, run, wait_for  # noqa: E402
+from tarvikui import Session, check, db_execute, db_rows, db_settings, run, wait_for  # noqa: E402
 from test_compose import compose_and_send, label_shown, stamped_track, type_into  # noqa: E402
-from test_notifications import _displayed, _has_owner, history  # noqa: E402
+from test_notifications import check_one_notification, displayed, start_dunst  # noqa: E402
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 PROSODY = os.path.join(HERE, "..", "..", "tools", "xmpp", "localprosody.sh")
@@ -46,6 +45,17 @@ class Server:
                 "TARVIK_XMPP_CA_FILE": os.path.join(self.dir, "ca.pem")}
 
 
+def register(database, env, number, name):
+    """Registers the account of the daemon on the bus of `env` as its client would: the
+    number and name saved, then the request."""
+    db_execute(database, "UPDATE settings SET value=? WHERE name='mynumber'", (number,))
+    db_execute(database, "UPDATE settings SET value=? WHERE name='screenname'", (name,))
+    subprocess.run(["dbus-send", "--session", "--type=signal", "/com/qel/tarvik",
+                    "com.qel.TarvikClient.RegistrationRequest"], env=env, check=True)
+    wait_for(lambda: str(db_settings(database).get("regflag")) == "1", 30,
+             "the registration of %s" % number)
+
+
 class Friend:
     """Another tarvik user: a daemon of its own on a bus of its own, no client."""
 
@@ -69,41 +79,28 @@ class Friend:
         subprocess.run(["kill", self.bus_pid], check=False)
         shutil.rmtree(self.home, ignore_errors=True)
 
-    def execute(self, sql, args=()):
-        db_execute(self.database, sql, args)
-
     def rows(self, folder):
         return db_rows(self.database, folder)
 
-    def signal(self, name):
+    def send(self, title, note, screenname):
+        """Queues a tarvik to the client's account and has the daemon send it."""
+        db_execute(self.database, "INSERT INTO outbox (tguid, tfrom, tto, tutcdatetime, ttz,"
+                   " ttitle, tnote, tlatitude, tlongitude, tscreenname, tcarrier, tflag) VALUES"
+                   " ('', ?, ?, strftime('%s','now'), 0, ?, ?, 59.44, 24.75, ?, 'n/a', 1)",
+                   (FRIEND_NUMBER, OWN_NUMBER, title, note, screenname))
         subprocess.run(["dbus-send", "--session", "--type=signal", "/com/qel/tarvik",
-                        "com.qel.TarvikClient." + name], env=self.env, check=True)
-
-    def register(self):
-        self.execute("UPDATE settings SET value=? WHERE name='mynumber'", (FRIEND_NUMBER,))
-        self.execute("UPDATE settings SET value='Friend' WHERE name='screenname'")
-        self.signal("RegistrationRequest")
-        wait_for(lambda: dict((r[0], r[1]) for r in self._settings()).get("regflag") == "1",
-                 30, "the friend's registration")
-
-    def _settings(self):
-        con = sqlite3.connect(self.database, timeout=5)
-        try:
-            return con.execute("SELECT name, value FROM settings").fetchall()
-        finally:
-            con.close()
+                        "com.qel.TarvikClient.SendReceiveRequest"], env=self.env, check=True)
 
 
 def test_send_and_answer_over_xmpp(bindir):
     """Register through the form, send to a friend by number; the friend's inbox gets the
     tarvik with its texts and position, and the friend's answer lands in the client's
     inbox, announced by the popup."""
-    tmp = tempfile.mkdtemp(prefix="tarvik-nmea-")
-    track, fix = stamped_track(tmp)
+    track, fix = stamped_track()
     with Server() as server:
         friend = Friend(bindir, server)
         try:
-            friend.register()
+            register(friend.database, friend.env, FRIEND_NUMBER, "Friend")
             with Session(bindir, daemon="tarvikd", daemon_env=server.env(),
                          client_env={"TARVIK_NMEA_SOURCE": track}) as s:
                 s.wait_title("tarvik")
@@ -112,9 +109,7 @@ def test_send_and_answer_over_xmpp(bindir):
                 s.click(s.find("push button", "Continue"))
                 s.find("list item", "Send a tarvik", timeout=60)
                 wait_for(lambda: not s.all("push button", "Continue"), 10, "the form to close")
-                settings = dict(sqlite3.connect(s.database).execute(
-                    "SELECT name, value FROM settings").fetchall())
-                check(str(settings.get("regflag")) == "1", "registered: %r" % settings)
+                check(str(s.settings().get("regflag")) == "1", "registered: %r" % s.settings())
 
                 compose_and_send(s, FRIEND_NUMBER, "Lunch <today>?", "At the corner & soon.")
                 got = wait_for(lambda: friend.rows("inbox"), 60, "the tarvik at the friend's")
@@ -129,12 +124,7 @@ def test_send_and_answer_over_xmpp(bindir):
                 wait_for(lambda: s.rows("sent") and not s.rows("outbox"), 20,
                          "the message moved to the client's sent folder")
 
-                friend.execute(
-                    "INSERT INTO outbox (tguid, tfrom, tto, tutcdatetime, ttz, ttitle, tnote,"
-                    " tlatitude, tlongitude, tscreenname, tcarrier, tflag) VALUES"
-                    " ('', ?, ?, strftime('%s','now'), 0, 'On my way', 'Five minutes',"
-                    " 59.44, 24.75, 'Friend', 'n/a', 1)", (FRIEND_NUMBER, OWN_NUMBER))
-                friend.signal("SendReceiveRequest")
+                friend.send("On my way", "Five minutes", "Friend")
                 answer = wait_for(lambda: s.rows("inbox"), 30, "the answer in the client's inbox")
                 check(answer[0]["ttitle"] == "On my way", "answer: %r" % answer[0])
                 check(answer[0]["tfrom"] == FRIEND_NUMBER, "from: %r" % answer[0]["tfrom"])
@@ -151,7 +141,7 @@ def test_announced_while_closed(bindir):
     with Server() as server:
         friend = Friend(bindir, server)
         try:
-            friend.register()
+            register(friend.database, friend.env, FRIEND_NUMBER, "Friend")
             with Session(bindir, daemon="tarvikd", daemon_env=server.env(),
                          start_client=False) as s:
                 # The client as a desktop has it: a bus service file, and the session's
@@ -163,34 +153,19 @@ def test_announced_while_closed(bindir):
                             % os.path.abspath(os.path.join(bindir, "tarvik")))
                 subprocess.run(["dbus-update-activation-environment", "--all"], env=s.env,
                                check=True)
-                s.execute("UPDATE settings SET value=? WHERE name='mynumber'", (OWN_NUMBER,))
-                s.execute("UPDATE settings SET value='Ann' WHERE name='screenname'")
-                subprocess.run(["dbus-send", "--session", "--type=signal", "/com/qel/tarvik",
-                                "com.qel.TarvikClient.RegistrationRequest"], env=s.env,
-                               check=True)
-                wait_for(lambda: str(dict(sqlite3.connect(s.database).execute(
-                    "SELECT name, value FROM settings").fetchall()).get("regflag")) == "1", 30,
-                    "the registration")
-                dunst = s._spawn(["dunst"], s.env)
-                wait_for(lambda: _has_owner(s, "org.freedesktop.Notifications"), 10,
-                         "dunst on the bus")
-
-                friend.execute(
-                    "INSERT INTO outbox (tguid, tfrom, tto, tutcdatetime, ttz, ttitle, tnote,"
-                    " tlatitude, tlongitude, tscreenname, tcarrier, tflag) VALUES"
-                    " ('', ?, ?, strftime('%s','now'), 0, 'Still up?', 'Look outside',"
-                    " 59.44, 24.75, '<b>Friend</b>', 'n/a', 1)", (FRIEND_NUMBER, OWN_NUMBER))
-                friend.signal("SendReceiveRequest")
+                register(s.database, s.env, OWN_NUMBER, "Ann")
+                dunst = start_dunst(s)
+                friend.send("Still up?", "Look outside", "<b>Friend</b>")
                 wait_for(lambda: s.rows("inbox"), 30, "the tarvik in the inbox")
-                wait_for(lambda: _displayed(s), 10, "the notification on screen at dunst")
+                wait_for(lambda: displayed(s), 10, "the notification on screen at dunst")
                 s.screenshot(os.path.join(s.tmp, "daemon-notification.png"))
                 if os.environ.get("TARVIK_SHOTS"):
                     s.screenshot(os.path.join(os.environ["TARVIK_SHOTS"],
                                               "daemon-notification.png"))
-                check(not _has_owner(s, "com.qel.tarvik"), "a client runs already")
+                check(s.owner_pid("com.qel.tarvik") is None, "a client runs already")
 
                 subprocess.run(["dunstctl", "action", "0"], env=s.env, check=True)
-                client = wait_for(lambda: _owner_pid(s, "com.qel.tarvik"), 30,
+                client = wait_for(lambda: s.owner_pid("com.qel.tarvik"), 30,
                                   "the client started by the bus")
                 try:
                     exe = os.readlink("/proc/%d/exe" % client)
@@ -199,27 +174,11 @@ def test_announced_while_closed(bindir):
                     s.app = wait_for(s._find_app, 30, "the client on the accessibility bus")
                     # On the inbox, with the tarvik in it.
                     s.wait_title("tarvik - Inbox (1)", 30)
-                    shown = wait_for(lambda: history(s), 10, "the notification in the history")
-                    check(len(shown) == 1, "%d notifications instead of one" % len(shown))
-                    note = shown[0]
-                    check(note["appname"]["data"] == "tarvik", "app name %r" % note["appname"])
-                    check(note["summary"]["data"] == "New tarviks received",
-                          "summary %r" % note["summary"])
-                    check("Friend" in note["body"]["data"] and "<b>" not in note["body"]["data"],
-                          "body %r" % note["body"]["data"])
-                    check(dunst.poll() is None, "dunst ended: %s" % s._tail("dunst.log"))
+                    check_one_notification(s, dunst, "Friend")
                 finally:
                     _end(client)
         finally:
             friend.close()
-
-
-def _owner_pid(session, name):
-    out = subprocess.run(["dbus-send", "--session", "--print-reply",
-                          "--dest=org.freedesktop.DBus", "/org/freedesktop/DBus",
-                          "org.freedesktop.DBus.GetConnectionUnixProcessID", "string:" + name],
-                         env=session.env, capture_output=True, text=True)
-    return int(out.stdout.split()[-1]) if out.returncode == 0 else None
 
 
 def _end(pid):

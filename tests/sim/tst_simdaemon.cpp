@@ -157,14 +157,12 @@ void SimDaemonTest::registration_data()
     QTest::addColumn<QString>("call");
     QTest::addColumn<int>("regflagAfter");
 
-    QTest::newRow("succeed") << "succeed"
-                             << "+3725550100" << 0 << "OnRegistrationSucceed" << 1;
-    QTest::newRow("fail clears an old flag") << "fail"
-                                             << "+3725550100" << 1 << "OnRegistrationFailed" << 0;
-    QTest::newRow("no own number") << "succeed"
-                                   << "" << 0 << "OnRegistrationFailed" << 0;
-    QTest::newRow("silent") << "silent"
-                            << "+3725550100" << 0 << "" << 0;
+    QTest::newRow("succeed") << "succeed" << QString("+3725550100") << 0 << "OnRegistrationSucceed"
+                             << 1;
+    QTest::newRow("fail clears an old flag")
+        << "fail" << QString("+3725550100") << 1 << "OnRegistrationFailed" << 0;
+    QTest::newRow("no own number") << "succeed" << QString() << 0 << "OnRegistrationFailed" << 0;
+    QTest::newRow("silent") << "silent" << QString("+3725550100") << 0 << "" << 0;
 }
 
 void SimDaemonTest::registration()

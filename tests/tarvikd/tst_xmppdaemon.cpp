@@ -21,6 +21,7 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+#include "cbuscall.h"
 #include "cfakenetworkmanager.h"
 #include "cfakenotifications.h"
 #include "cxmppconnection.h"
@@ -503,15 +504,6 @@ void XmppDaemonTest::networkBackConnectsAtOnce()
                                  QStringLiteral("ready"), 10000, env));
     QDBusConnection system =
         QDBusConnection::connectToBus(systemBus.address(), QStringLiteral("fake-system"));
-    const auto setState = [&](const QString& state) {
-        const QDBusMessage reply =
-            system.call(QDBusMessage::createMethodCall(
-                            QStringLiteral("org.freedesktop.NetworkManager"),
-                            QStringLiteral("/org/freedesktop/NetworkManager"),
-                            QStringLiteral("org.tarvik.Fake.Control"), QStringLiteral("SetState"))
-                        << CFakeNetworkManager::stateFromString(state));
-        return reply.type() == QDBusMessage::ReplyMessage;
-    };
     QScopedPointer<CXmppUser> bob(
         new CXmppUser(QStringLiteral("+372 5999 001"), QStringLiteral("Bob")));
     QVERIFY2(bob->start(m_server, QString(), systemBus.address()), qPrintable(bob->daemonLog()));
@@ -519,14 +511,14 @@ void XmppDaemonTest::networkBackConnectsAtOnce()
 
     // The server goes; the daemon's attempts space out.
     QVERIFY(m_server.stop());
-    QVERIFY(setState(QStringLiteral("offline")));
+    QVERIFY(setFakeNetworkState(system, CFakeNetworkManager::eDisconnected));
     QVERIFY2(QTest::qWaitFor(
                  [&]() { return bob->daemonLog().contains(QLatin1String("next attempt in 8 s")); },
                  30000),
              qPrintable(bob->daemonLog()));
     QVERIFY2(m_server.restart(), qPrintable(m_server.errorString()));
     // The network comes back: the daemon does not wait out its back-off.
-    QVERIFY(setState(QStringLiteral("online")));
+    QVERIFY(setFakeNetworkState(system, CFakeNetworkManager::eConnectedGlobal));
     QVERIFY2(QTest::qWaitFor(
                  [&]() {
                      return bob->daemonLog().contains(QLatin1String("the network is back")) &&

@@ -77,17 +77,13 @@ private slots:
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("phone drops letters and later plus") << 0 << "+49x1+2"
-                                                            << "+4912";
-        QTest::newRow("phone stops at 15") << 0 << "12345678901234567"
-                                           << "123456789012345";
+        QTest::newRow("phone drops letters and later plus") << 0 << "+49x1+2" << QString("+4912");
+        QTest::newRow("phone stops at 15")
+            << 0 << "12345678901234567" << QString("123456789012345");
         // Each of "@", ".", ",", "+" and "-" is taken; space, "_" and "#" are not.
-        QTest::newRow("phone or e-mail") << 2 << "a b_c#@d.e,+1-2"
-                                         << "abc@d.e,+1-2";
-        QTest::newRow("plain takes all") << 3 << "a b_c#"
-                                         << "a b_c#";
-        QTest::newRow("unknown type is plain") << 7 << "x #"
-                                               << "x #";
+        QTest::newRow("phone or e-mail") << 2 << "a b_c#@d.e,+1-2" << QString("abc@d.e,+1-2");
+        QTest::newRow("plain takes all") << 3 << "a b_c#" << QString("a b_c#");
+        QTest::newRow("unknown type is plain") << 7 << "x #" << QString("x #");
     }
 
     void typingIntoFields()

@@ -40,8 +40,6 @@ public:
         if (!m_home.isValid() || !m_buses.start())
             return false;
         qputenv("HOME", m_home.path().toLocal8Bit());
-        m_buses.session().exportAddress();
-        m_buses.system().exportAddress();
         Dravo::initUiResources();
         Dravo::CApplicationStyle::install();
         if (!m_fakes.start(Dravo::Test::binaryPath("tarvik-fakes"), {"--sim", kImei}, "ready",
@@ -141,9 +139,6 @@ public:
         return qobject_cast<T*>(m_stack.currentWidget());
     }
     Dravo::Test::CFakeMce& mce() { return m_mce; }
-    Dravo::Test::CHelperProcess& sim() { return m_sim; }
-    QString home() const { return m_home.path(); }
-    QString dbPath() const { return m_home.path() + "/.tarvik/tarvikdb.sqlite"; }
 
 private:
     QTemporaryDir m_home;

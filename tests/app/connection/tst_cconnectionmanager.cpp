@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include <QDBusConnection>
-#include <QDBusInterface>
-#include <QDBusReply>
 #include <QNetworkInformation>
 #include <QSignalSpy>
 #include <QtTest>
 
+#include "cbuscall.h"
 #include "cconnectionmanager.h"
 #include "clogcapture.h"
 #include "cprivatebus.h"
@@ -17,27 +16,9 @@ using namespace Dravo::Test;
 
 namespace {
 
-const QString kConnected = QStringLiteral(
-    "CConnectionManager::my_connection_handler "
-    "CON_IC_STATUS_CONNECTED");
-const QString kDisconnected = QStringLiteral(
-    "CConnectionManager::my_connection_handler "
-    "CON_IC_STATUS_DISCONNECTED");
-const QString kErrorNone =
-    QStringLiteral("CConnectionManager::my_connection_handler CON_IC_CONNECTION_ERROR_NONE");
+// Logged when a request's time-out runs out.
 const QString kErrorFailed = QStringLiteral(
     "CConnectionManager::my_connection_handler CON_IC_CONNECTION_ERROR_CONNECTION_FAILED");
-
-int countEndingWith(const CLogCapture& log, const QString& suffix)
-{
-    int n = 0;
-    for (const QString& line : log.lines()) {
-        if (line.endsWith(suffix)) {
-            ++n;
-        }
-    }
-    return n;
-}
 
 }  // namespace
 
@@ -53,12 +34,7 @@ private:
 
     void setNetworkState(uint state)
     {
-        QDBusInterface control(QStringLiteral("org.freedesktop.NetworkManager"),
-                               QStringLiteral("/org/freedesktop/NetworkManager"),
-                               QStringLiteral("org.tarvik.Fake.Control"),
-                               QDBusConnection::systemBus());
-        const QDBusMessage reply = control.call(QStringLiteral("SetState"), state);
-        QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
+        QVERIFY(setFakeNetworkState(QDBusConnection::systemBus(), state));
     }
 
 private Q_SLOTS:
@@ -88,22 +64,12 @@ private Q_SLOTS:
     // answered: the glib backend, or no backend at all, counts as up.
     void requestWithoutNetworkManagerIsAnswered()
     {
-        CLogCapture log;
         CConnectionManager* manager = CConnectionManager::instance();
         // The client prepares the backend after start; a request may come while it loads.
         manager->prepare();
         QVERIFY(manager->requestConnection());
         QTRY_COMPARE(m_lstEvents, QStringList{QStringLiteral("C")});
         QVERIFY(manager->backendName() != QLatin1String("networkmanager"));
-        QVERIFY(log.contains(manager->backendName().isEmpty()
-                                 ? QStringLiteral("CConnectionManager: no network information "
-                                                  "backend, the network counts as up")
-                                 : QStringLiteral("CConnectionManager: network information from ") +
-                                       manager->backendName()));
-#if defined(TARVIK_BUS_SITUATION_NoSystemBus)
-        QVERIFY(log.containsPrefix(QStringLiteral("Unable to connect to the D-BUS daemon: ")));
-#endif
-        QCOMPARE(countEndingWith(log, kConnected), 1);
 
         QVERIFY(manager->requestConnection());
         QTRY_COMPARE(m_lstEvents.size(), 2);
@@ -112,7 +78,6 @@ private Q_SLOTS:
 #else
     void requestWhileUpAnswersConnected()
     {
-        CLogCapture log;
         CConnectionManager* manager = CConnectionManager::instance();
         // Loading the backend ahead of a request reports nothing.
         manager->prepare();
@@ -123,11 +88,6 @@ private Q_SLOTS:
         QVERIFY(m_lstEvents.isEmpty());  // never from inside requestConnection()
         QTRY_COMPARE(m_lstEvents, QStringList{QStringLiteral("C")});
         QCOMPARE(manager->backendName(), QStringLiteral("networkmanager"));
-        QVERIFY(log.contains(
-            QStringLiteral("CConnectionManager: network information from networkmanager")));
-        QCOMPARE(countEndingWith(log, QLatin1Char(' ') + kConnected), 1);
-        QVERIFY(log.containsPrefix(
-            QStringLiteral("Hey, we are connected to IAP networkmanager with bearer ")));
         // A second "connected" for the one request would come before the next change's answer.
         setNetworkState(20);
         QTRY_COMPARE(m_lstEvents, (QStringList{"C", "D"}));
@@ -152,15 +112,10 @@ private Q_SLOTS:
     {
         QFETCH(QList<uint>, states);
         QFETCH(QStringList, events);
-        CLogCapture log;
         for (uint state : states) {
             setNetworkState(state);
         }
         QTRY_COMPARE(m_lstEvents, events);
-        const int downs = events.count(QStringLiteral("D"));
-        QCOMPARE(countEndingWith(log, kDisconnected), downs);
-        QCOMPARE(log.count(kErrorNone), downs);
-        QCOMPARE(m_lstEvents, events);
     }
 
     void requestWhileOfflineTimesOut()
@@ -189,7 +144,6 @@ private Q_SLOTS:
     // reported once, not once per request made.
     void twoRequestsInARow()
     {
-        CLogCapture log;
         CConnectionManager* manager = CConnectionManager::instance();
         QVERIFY(manager->requestConnection());
         QVERIFY(manager->requestConnection());
@@ -223,10 +177,8 @@ private Q_SLOTS:
 
     void quitStopsReporting()
     {
-        CLogCapture log;
         CConnectionManager* manager = CConnectionManager::instance();
         manager->onAppQuit();
-        QVERIFY(log.contains(QStringLiteral("CConnectionManager::onAppQuit()")));
         QVERIFY(!manager->isRequestActive());
         // The change reaches the process (the network information reports it) and the
         // manager, disconnected at quit, says nothing.

@@ -98,40 +98,33 @@ private Q_SLOTS:
         QTest::addColumn<QString>("detailAction");   // "ok", "ok-none", "cancel", "parent gone"
         QTest::addColumn<QString>("result");
 
-        QTest::newRow("one phone") << QStringList{"Ann One-Phone"} << "ok" << -1 << ""
-                                   << "+3725550001";
-        QTest::newRow("one e-mail") << QStringList{"Dan One-Mail"} << "ok" << -1 << ""
-                                    << "dan@example.org";
+        QTest::newRow("one phone")
+            << QStringList{"Ann One-Phone"} << "ok" << -1 << "" << QString("+3725550001");
+        QTest::newRow("one e-mail")
+            << QStringList{"Dan One-Mail"} << "ok" << -1 << "" << QString("dan@example.org");
         QTest::newRow("phone and e-mail, pick e-mail")
-            << QStringList{"Bob Phone-And-Mail"} << "ok" << 1 << "ok"
-            << "bob@example.org";
+            << QStringList{"Bob Phone-And-Mail"} << "ok" << 1 << "ok" << QString("bob@example.org");
         QTest::newRow("two phones, pick first")
-            << QStringList{"Eve Two-Phones"} << "ok" << 0 << "ok"
-            << "+3726000001";
+            << QStringList{"Eve Two-Phones"} << "ok" << 0 << "ok" << QString("+3726000001");
         QTest::newRow("detail cancelled")
-            << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "cancel"
-            << "";
+            << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "cancel" << QString();
         QTest::newRow("detail: parent window gone")
-            << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "parent gone"
-            << "";
+            << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "parent gone" << QString();
         QTest::newRow("detail without selection")
-            << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "ok-none"
-            << "";
+            << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "ok-none" << QString();
         QTest::newRow("neither phone nor e-mail")
-            << QStringList{"Cid No-Address"} << "ok" << -1 << ""
-            << "";
+            << QStringList{"Cid No-Address"} << "ok" << -1 << "" << QString();
         QTest::newRow("several chosen: the first shown")
             << QStringList{"Eve Two-Phones", "Ann One-Phone"} << "ok" << -1 << ""
-            << "+3725550001";
-        QTest::newRow("chooser cancelled") << QStringList{"Ann One-Phone"} << "cancel" << -1 << ""
-                                           << "";
+            << QString("+3725550001");
+        QTest::newRow("chooser cancelled")
+            << QStringList{"Ann One-Phone"} << "cancel" << -1 << "" << QString();
         QTest::newRow("chooser: parent window gone")
-            << QStringList{"Ann One-Phone"} << "parent gone" << -1 << ""
-            << "";
-        QTest::newRow("chooser without selection") << QStringList() << "ok" << -1 << ""
-                                                   << "";
-        QTest::newRow("non-ASCII name") << QStringList{"Õie Ümarik"} << "ok" << -1 << ""
-                                        << "+3725550099";
+            << QStringList{"Ann One-Phone"} << "parent gone" << -1 << "" << QString();
+        QTest::newRow("chooser without selection")
+            << QStringList() << "ok" << -1 << "" << QString();
+        QTest::newRow("non-ASCII name")
+            << QStringList{"Õie Ümarik"} << "ok" << -1 << "" << QString("+3725550099");
     }
 
     void choose()
@@ -162,6 +155,7 @@ private Q_SLOTS:
         if (detailRow >= 0) {
             QTRY_VERIFY(chooser.detailDialog() && chooser.detailDialog()->isVisible());
             CContactDetailDialog* detail = chooser.detailDialog();
+            QCOMPARE(detail->windowTitle(), chosen.first());
             QCOMPARE(detail->listWidget()->count(), 2);
             QCOMPARE(finished.count(), 0);
             if (detailAction == QLatin1String("cancel")) {
@@ -171,6 +165,8 @@ private Q_SLOTS:
             } else {
                 if (detailAction == QLatin1String("ok")) {
                     detail->selectRow(detailRow);
+                    // Each address is shown with its kind: "Phone: ...", "E-mail: ...".
+                    QVERIFY(detail->listWidget()->item(detailRow)->text().endsWith(": " + result));
                 } else {
                     detail->listWidget()->clearSelection();
                 }
@@ -242,30 +238,6 @@ private Q_SLOTS:
         driver.start(20);
         QCOMPARE(CContactChooser::choose(), QStringLiteral("dan@example.org"));
         QVERIFY(ticks > 5);
-    }
-
-    void dialogsLookRight()
-    {
-        const QString dir = qEnvironmentVariable("TARVIK_SCREENSHOT_DIR");
-        CContactChooser chooser;
-        CContactChooserDialog* dialog = openChooser(chooser);
-        QVERIFY(dialog);
-        dialog->selectByName({QStringLiteral("Bob Phone-And-Mail")});
-        QVERIFY(!dialog->grab().isNull());
-        if (!dir.isEmpty()) {
-            dialog->grab().save(dir + QStringLiteral("/contact-chooser.png"));
-        }
-        dialog->accept();
-        QTRY_VERIFY(chooser.detailDialog() && chooser.detailDialog()->isVisible());
-        chooser.detailDialog()->selectRow(0);
-        if (!dir.isEmpty()) {
-            chooser.detailDialog()->grab().save(dir + QStringLiteral("/contact-detail.png"));
-        }
-        QCOMPARE(chooser.detailDialog()->windowTitle(), QStringLiteral("Bob Phone-And-Mail"));
-        QCOMPARE(chooser.detailDialog()->listWidget()->item(1)->text(),
-                 QStringLiteral("E-mail: bob@example.org"));
-        chooser.detailDialog()->accept();
-        QTRY_COMPARE(chooser.result(), QStringLiteral("+3725550002"));
     }
 
     // Runs last: the session bus dies. The process lives on (GLib's default is to

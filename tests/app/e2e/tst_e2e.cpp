@@ -223,14 +223,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("situation");
         QTest::addColumn<QString>("line");
         QTest::newRow("data directory is a file")
-            << "file"
-            << "CTarvikStorage::createDatabase() failed to create db path";
+            << "file" << QString("CTarvikStorage::createDatabase() failed to create db path");
         QTest::newRow("read-only home")
-            << "read-only"
-            << "CTarvikStorage::createDatabase() failed to create db path";
+            << "read-only" << QString("CTarvikStorage::createDatabase() failed to create db path");
         QTest::newRow("full disk")
-            << "full"
-            << "CTarvikStorage::createDatabase() failed to write to stream: ";
+            << "full" << QString("CTarvikStorage::createDatabase() failed to write to stream: ");
     }
 
     void unusableDataDirectory()

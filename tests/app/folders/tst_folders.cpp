@@ -102,9 +102,7 @@ private Q_SLOTS:
         QCOMPARE(complete.size(), 1);
         QCOMPARE(model.rowCount(), 3);
 
-        Test::CLogCapture log;
         model.tarviksGotten(false, {}, CAsyncTStorage::eFolderInbox);
-        QVERIFY(log.contains("CTarvikListModel::tarviksGotten failed"));
         QCOMPARE(complete.size(), 2);
         QCOMPARE(model.rowCount(), 3);
 
@@ -127,24 +125,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("to");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("icon");
-        QTest::newRow("inbox unread") << 0 << 1 << "+1"
-                                      << "Aino"
-                                      << "message_unread";
-        QTest::newRow("inbox read") << 0 << 0 << "+1"
-                                    << "Aino"
-                                    << "message_read";
-        QTest::newRow("outbox queued") << 1 << 1 << "+1"
-                                       << "+1"
-                                       << "message_sending";
-        QTest::newRow("outbox failed") << 1 << 0 << "+1"
-                                       << "+1"
-                                       << "message_failed_send";
-        QTest::newRow("sent") << 2 << 0 << "+1"
-                              << "+1"
-                              << "message_sent";
-        QTest::newRow("draft empty") << 3 << 0 << ""
-                                     << "< empty >"
-                                     << "message_draft";
+        QTest::newRow("inbox unread") << 0 << 1 << "+1" << QString("Aino") << "message_unread";
+        QTest::newRow("inbox read") << 0 << 0 << "+1" << QString("Aino") << "message_read";
+        QTest::newRow("outbox queued") << 1 << 1 << "+1" << QString("+1") << "message_sending";
+        QTest::newRow("outbox failed") << 1 << 0 << "+1" << QString("+1") << "message_failed_send";
+        QTest::newRow("sent") << 2 << 0 << "+1" << QString("+1") << "message_sent";
+        QTest::newRow("draft empty") << 3 << 0 << "" << QString("< empty >") << "message_draft";
     }
 
     void delegateIcon()
@@ -164,11 +150,9 @@ private Q_SLOTS:
         QVERIFY(pIcon && !pIcon->isNull());
         QCOMPARE(pIcon->toImage(), QPixmap(":/res/img/" + icon + ".png").toImage());
 
-        Test::CLogCapture log;
         CTarvikItemDelegate bad(nullptr, ::folder(7));
         QVERIFY(!bad.firstLineAndIcon(tarvik, strText, &pIcon));
         QVERIFY(strText.isEmpty() && !pIcon);
-        QVERIFY(log.contains("CTarvikItemDelegate::calcSize failed: invalid folder name"));
     }
 
     // Flagged entries are bold; both lines of an entry are drawn.
@@ -261,10 +245,7 @@ private Q_SLOTS:
                 QVERIFY(pForm->buttonOpen()->isEnabled());
         }
 
-        Test::CLogCapture log;
-        const QString strPrefix = QString(pForm->metaObject()->className()).section("::", -1);
-        pForm->itemClicked(pModel->index(5, 0));
-        QVERIFY(log.contains(strPrefix + "::itemClicked failed: invalid item's index"));
+        pForm->itemClicked(pModel->index(5, 0));  // no such row: the selection stays
         QCOMPARE(pForm->currentTarvik().title(), QString("failed"));
 
         pForm->refresh();

@@ -214,7 +214,6 @@ private Q_SLOTS:
         CMapConfig::setTilesTimeoutMs(120000);
         CMapForm* pForm = openMap(CMapForm::eTypePosition);
         QTRY_VERIFY_WITH_TIMEOUT(pForm->mapControls()->isVisible(), 60000);
-        QVERIFY(m_pLog->contains(QStringLiteral("CMapForm::onMapTilesLoaded")));
         QVERIFY(m_tiles.requestCount() > 0);
         QVERIFY2(m_tiles.lastUserAgent().startsWith("tarvik/1.0.5 ("),
                  m_tiles.lastUserAgent().constData());
@@ -463,17 +462,13 @@ private Q_SLOTS:
     {
         QFETCH(int, mode);
         m_routes.setMode(CFakeRouteServer::eMode(mode));
-        CMapForm* pForm = openRouteMap();
-        QElapsedTimer timer;
-        timer.start();
+        openRouteMap();
         QTRY_VERIFY_WITH_TIMEOUT(qobject_cast<CTextPopupForm*>(m_pStack->currentForm()),
                                  kRouteTimeoutMs + 2000);
-        QVERIFY(timer.elapsed() < kRouteTimeoutMs + 2000);
         QCOMPARE(static_cast<CTextPopupForm*>(m_pStack->currentForm())->text(),
                  CTexts::routeCantBeCalculated());
         QVERIFY(m_pLog->contains(QStringLiteral("CMapWebView::onRouteError: route failed")));
         QCOMPARE(m_routes.routeRequests(), 1);
-        Q_UNUSED(pForm);
     }
 
     void tileFailureKeepsFormUsable_data()

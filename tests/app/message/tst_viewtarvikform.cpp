@@ -58,12 +58,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("screenName");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<bool>("received");
-        QTest::newRow("received, named") << 0 << "Aino"
-                                         << "Aino ( +447700900111 )" << true;
-        QTest::newRow("received, no name") << 0 << ""
-                                           << "+447700900111" << true;
-        QTest::newRow("sent") << 1 << "Aino"
-                              << "+447700900222" << false;
+        QTest::newRow("received, named")
+            << 0 << "Aino" << QString("Aino ( +447700900111 )") << true;
+        QTest::newRow("received, no name") << 0 << "" << QString("+447700900111") << true;
+        QTest::newRow("sent") << 1 << "Aino" << QString("+447700900222") << false;
     }
 
     // The From/To line, and which buttons a received and a sent message offer.
@@ -94,29 +92,23 @@ private Q_SLOTS:
 
     void prefill_data()
     {
+        // A reply goes to the sender; a forward goes to whoever is typed in and carries the
+        // message's position.
         QTest::addColumn<int>("viewType");
-        QTest::addColumn<bool>("reply");
         QTest::addColumn<int>("composeType");
         QTest::addColumn<QString>("to");
         QTest::addColumn<QString>("subject");
         QTest::addColumn<QString>("fromLine");
         QTest::addColumn<QString>("toLine");
-        QTest::addColumn<bool>("position");
-        QTest::newRow("reply to received") << 0 << true << 1 << "+447700900111"
-                                           << "RE: Lunch"
-                                           << "From: Aino ( +447700900111 )\n"
-                                           << "To: Me ( +447700900222 )\n"
-                                           << false;
-        QTest::newRow("forward received") << 0 << false << 2 << ""
-                                          << "FW: Lunch"
-                                          << "From: Aino ( +447700900111 )\n"
-                                          << "To: Me ( +447700900222 )\n"
-                                          << true;
-        QTest::newRow("forward sent") << 1 << false << 2 << ""
-                                      << "FW: Lunch"
-                                      << "From: Me ( +447700900111 )\n"
-                                      << "To: +447700900222\n"
-                                      << true;
+        QTest::newRow("reply to received")
+            << 0 << 1 << "+447700900111" << QString("RE: Lunch") << "From: Aino ( +447700900111 )\n"
+            << QString("To: Me ( +447700900222 )\n");
+        QTest::newRow("forward received")
+            << 0 << 2 << "" << QString("FW: Lunch") << "From: Aino ( +447700900111 )\n"
+            << QString("To: Me ( +447700900222 )\n");
+        QTest::newRow("forward sent")
+            << 1 << 2 << "" << QString("FW: Lunch") << "From: Me ( +447700900111 )\n"
+            << QString("To: +447700900222\n");
     }
 
     // Reply and Forward read the settings and open the compose form with the quoted
@@ -124,13 +116,12 @@ private Q_SLOTS:
     void prefill()
     {
         QFETCH(int, viewType);
-        QFETCH(bool, reply);
         QFETCH(int, composeType);
         QFETCH(QString, to);
         QFETCH(QString, subject);
         QFETCH(QString, fromLine);
         QFETCH(QString, toLine);
-        QFETCH(bool, position);
+        const bool reply = composeType == 1;
         const CTarvik tarvik = makeTarvik("Lunch");
         CViewTarvikForm form(nullptr, tarvik, viewType);
         QSignalSpy shown(&form, &CForm::showForm);
@@ -147,8 +138,8 @@ private Q_SLOTS:
                                 fromLine + "Sent: " + shortDate(tarvik) + "\n" + toLine +
                                 "Subject: Lunch\n\nNote of Lunch";
         const QStringList expected{to, subject, strNote,
-                                   position ? QString("60.169857") : QString("0"),
-                                   position ? QString("24.938379") : QString("0")};
+                                   reply ? QString("0") : QString("60.169857"),
+                                   reply ? QString("0") : QString("24.938379")};
         QCOMPARE(call.lstArgs, expected);
     }
 

@@ -88,10 +88,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("number");
         QTest::addColumn<QString>("name");
-        QTest::newRow("no screen name") << "+15550100"
-                                        << "";
-        QTest::newRow("no number") << ""
-                                   << "Ann";
+        QTest::newRow("no screen name") << "+15550100" << QString();
+        QTest::newRow("no number") << "" << QString("Ann");
     }
 
     void emptyFieldDoesNothing()
@@ -152,7 +150,7 @@ private Q_SLOTS:
         QCOMPARE(pForm->lineEditScreenName()->text(), QString("Zoë <b>"));
     }
 
-    // While the verdict is awaited a tap does nothing.
+    // While the verdict is awaited a tap does nothing, and the account is not registered.
     void tapWhileWaiting()
     {
         QVERIFY(m_fixture.startSimulator({"--register", "silent"}, false));
@@ -164,6 +162,8 @@ private Q_SLOTS:
         QTRY_VERIFY(!pPopup->canClose());
         QTest::mouseClick(pPopup->popup(), Qt::LeftButton);
         QTRY_VERIFY(log.contains("CRegisterPopupForm::settingsSaved"));
+        // Saved, yet not registered until the daemon says so.
+        QCOMPARE(storedSettings().regflag(), 0);
         QTest::mouseClick(pPopup->popup(), Qt::LeftButton);
         QTest::qWait(300);
         QVERIFY(pPopup);
@@ -198,7 +198,6 @@ private Q_SLOTS:
     void offlineMode()
     {
         QFETCH(QString, answer);
-        Test::CLogCapture log(true);
         m_fixture.mce().setMode("offline");
         CComposeFixture::answerNextMessageBox(answer);
         CRegisterForm* pForm = openForm(0, "+15550123", "Ann");

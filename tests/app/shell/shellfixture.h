@@ -21,26 +21,6 @@
 
 namespace TarvikTest {
 
-// Every log line of the process, for tests that check what the shell reported.
-inline QStringList& logLines()
-{
-    static QStringList s_lst;
-    return s_lst;
-}
-
-inline QtMessageHandler& previousHandler()
-{
-    static QtMessageHandler s_p = nullptr;
-    return s_p;
-}
-
-inline void captureHandler(QtMsgType type, const QMessageLogContext& context, const QString& msg)
-{
-    logLines() << msg;
-    if (previousHandler())
-        previousHandler()(type, context, msg);
-}
-
 // What the form factory was asked for.
 struct FactoryCall
 {
@@ -108,7 +88,6 @@ public:
         if (!m_tmpHome.isValid() || !m_buses.start())
             return false;
         qputenv("HOME", m_tmpHome.path().toLocal8Bit());
-        previousHandler() = qInstallMessageHandler(&captureHandler);
         Dravo::initUiResources();
         Dravo::CApplicationStyle::install();
         m_peer = QDBusConnection::connectToBus(m_buses.session().address(), "daemon");
