@@ -7,6 +7,9 @@
 Icons and logos are plain renders. Skins are rendered one pixel smaller than the image and
 placed at (1, 1); row 0 and column 0 then carry nothing but the opaque black marker runs that
 say which columns and rows stretch. Frame strips are flattened onto black and written as RGB.
+Skins and icons also get name@2x.png and name@3x.png beside them for high-density screens,
+rendered from the SVG at that scale: a skin's content is scale times larger while its marker
+row and column stay one pixel wide, with the runs covering the scaled stretch columns and rows.
 Needs only python3 and rsvg-convert (librsvg2-bin). Run from anywhere: res/render-art.py
 """
 import os
@@ -39,6 +42,9 @@ SKINS = {
 }
 # Images without markers that are drawn whole (stretched by their users).
 WHOLE = {"list_item_bg", "transparent_bg"}
+
+# The scales of the high-density variants (name@2x.png, name@3x.png) of skins and icons.
+SCALES = (2, 3)
 
 # name: (svg directory, png directory, width, height)
 STRIPS = {
@@ -133,15 +139,29 @@ def not_marker(px):
     return (1, 1, 1, 255) if px == MARKER else px
 
 
-def make_skin(name):
+def file_name(name, scale):
+    return name + (".png" if scale == 1 else "@%dx.png" % scale)
+
+
+def scaled_run(run, scale):
+    # Content column j is image column j + 1, so image columns [c0, c1] are content
+    # [c0 - 1, c1 - 1], which at the scale is content [s (c0 - 1), s c1 - 1].
+    return (scale * (run[0] - 1) + 1, scale * run[1])
+
+
+def make_skin(name, scale=1):
     width, height, cols, rows = SKINS[name]
     svg = os.path.join(UI_SVG, name + ".svg")
+    out = os.path.join(UI_IMG, file_name(name, scale))
     if name in WHOLE:
-        image = [[not_marker(px) for px in row] for row in render(svg, width, height)]
+        image = [[not_marker(px) for px in row]
+                 for row in render(svg, scale * width, scale * height)]
         # Only the first row and column are scanned for markers; keep them clean.
-        write_png(os.path.join(UI_IMG, name + ".png"), image)
+        write_png(out, image)
         return
-    body = render(svg, width - 1, height - 1)
+    body = render(svg, scale * (width - 1), scale * (height - 1))
+    width, height = len(body[0]) + 1, len(body) + 1
+    cols, rows = scaled_run(cols, scale), scaled_run(rows, scale)
     image = [[(0, 0, 0, 0)] * width for _ in range(height)]
     for y in range(1, height):
         image[y][1:] = body[y - 1]
@@ -149,7 +169,7 @@ def make_skin(name):
         image[0][x] = MARKER
     for y in range(rows[0], rows[1] + 1):
         image[y][0] = MARKER
-    write_png(os.path.join(UI_IMG, name + ".png"), image)
+    write_png(out, image)
 
 
 def make_strip(name):
@@ -160,10 +180,10 @@ def make_strip(name):
     write_png(os.path.join(img_dir, name + ".png"), flat, alpha=False)
 
 
-def make_icon(name):
+def make_icon(name, scale=1):
     width, height = ICONS[name]
-    write_png(os.path.join(ART_IMG, name + ".png"),
-              render(os.path.join(ART_SVG, name + ".svg"), width, height))
+    write_png(os.path.join(ART_IMG, file_name(name, scale)),
+              render(os.path.join(ART_SVG, name + ".svg"), scale * width, scale * height))
 
 
 def main(names):
@@ -171,13 +191,15 @@ def main(names):
     os.makedirs(ART_IMG, exist_ok=True)
     for name in SKINS:
         if not names or name in names:
-            make_skin(name)
+            for scale in (1,) + SCALES:
+                make_skin(name, scale)
     for name in STRIPS:
         if not names or name in names:
             make_strip(name)
     for name in ICONS:
         if not names or name in names:
-            make_icon(name)
+            for scale in (1,) + SCALES:
+                make_icon(name, scale)
 
 
 if __name__ == "__main__":

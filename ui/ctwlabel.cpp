@@ -3,6 +3,8 @@
 
 #include "ctwlabel.h"
 
+#include "uiresources.h"
+
 namespace Dravo {
 
 CTWLabel::CTWLabel(QWidget* parent, Qt::WindowFlags flags) : CTWSkinned<QLabel>(parent, flags)
@@ -23,6 +25,12 @@ void CTWLabel::init()
             &CTWLabel::onAnimationFrameChanged);
 }
 
+void CTWLabel::setArtPixmap(const QString& strPath)
+{
+    m_strArt = strPath;
+    setPixmap(artPixmap(strPath, devicePixelRatioF()));
+}
+
 void CTWLabel::setBusy(bool bBusy)
 {
     if (m_busy.setBusy(bBusy))
@@ -36,6 +44,9 @@ void CTWLabel::onAnimationFrameChanged()
 
 void CTWLabel::paintEvent(QPaintEvent* event)
 {
+    // The window went to a screen of another pixel ratio since the art was set.
+    if (!m_strArt.isEmpty() && pixmap().devicePixelRatio() != devicePixelRatioF())
+        setPixmap(artPixmap(m_strArt, devicePixelRatioF()));
     {
         QPainter painter(this);
         paintBackground(painter);

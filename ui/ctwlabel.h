@@ -19,6 +19,10 @@ public:
     explicit CTWLabel(const QString& strText, QWidget* parent = nullptr,
                       Qt::WindowFlags flags = Qt::WindowFlags());
 
+    // Shows an art file (see artPixmap()) at its 1x logical size, in the pixels of the screen
+    // the label is painted on.
+    void setArtPixmap(const QString& strPath);
+
     void setBusy(bool bBusy);
     bool isBusy() const { return m_busy.isBusy(); }
     CAnimation* animation() { return m_busy.animation(); }
@@ -33,6 +37,7 @@ private:
     void init();
 
     CBusyIndicator m_busy;
+    QString m_strArt;
 };
 
 }  // namespace Dravo

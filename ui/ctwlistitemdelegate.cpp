@@ -6,13 +6,14 @@
 #include <QIcon>
 #include <QPainter>
 
+#include "uiresources.h"
+
 namespace Dravo {
 
 namespace {
-const QImage& highlightImage()
+QImage highlightImage(qreal dpr)
 {
-    static const QImage s_image(QStringLiteral(":/res_ui/img/list_item_bg.png"));
-    return s_image;
+    return artImage(QStringLiteral(":/res_ui/img/list_item_bg.png"), dpr);
 }
 }  // namespace
 
@@ -55,7 +56,7 @@ void CTWListItemDelegate::paintBackground(QPainter* pPainter, const QStyleOption
     Q_ASSERT_X(index.isValid(), "ui/ctwlistitemdelegate", "index.isValid()");
     if (!index.isValid())
         return;
-    const QImage& highlight = highlightImage();
+    const QImage highlight = highlightImage(pPainter->device()->devicePixelRatioF());
     pPainter->save();
     const bool bSelected = option.state & QStyle::State_Selected;
     if (!bSelected)
@@ -82,11 +83,15 @@ void CTWListItemDelegate::drawContent(QPainter* pPainter, const QStyleOptionView
     pPainter->setPen(Qt::white);
     int iIconWidth = 0;
     if (decoration.canConvert<QIcon>() && decoration.userType() == QMetaType::QIcon) {
-        const QPixmap pixmap =
-            qvariant_cast<QIcon>(decoration).pixmap(QSize(1000, 1000), QIcon::Normal, QIcon::Off);
+        // At its 1x size, in the pixels of the device painted on.
+        const QIcon icon = qvariant_cast<QIcon>(decoration);
+        const QSize iconSize = artIconSize(icon);
+        const QPixmap pixmap = icon.pixmap(iconSize, pPainter->device()->devicePixelRatioF(),
+                                           QIcon::Normal, QIcon::Off);
         if (!pixmap.isNull()) {
-            iIconWidth = pixmap.width();
-            pPainter->drawPixmap(option.rect.topLeft() + QPoint(ICON_OFFSET, ICON_OFFSET), pixmap);
+            iIconWidth = iconSize.width();
+            pPainter->drawPixmap(
+                QRect(option.rect.topLeft() + QPoint(ICON_OFFSET, ICON_OFFSET), iconSize), pixmap);
         }
     }
 

@@ -12,8 +12,8 @@
 namespace Dravo {
 
 // Gives a Qt widget class a skinned background: the skin scaled to the widget, or the brush
-// where the skin makes no image. The skin follows every resize. Widgets built on it turn off
-// autoFillBackground in their constructors.
+// where the skin makes no image. The skin follows every resize and the device pixel ratio it is
+// painted at. Widgets built on it turn off autoFillBackground in their constructors.
 template <typename TBase>
 class CTWSkinned : public TBase
 {
@@ -29,7 +29,7 @@ public:
     void setSkin(const CSkin& skin)
     {
         m_skin = skin;
-        m_skin.resize(this->rect());
+        m_skin.resize(this->rect(), this->devicePixelRatioF());
         this->update();
     }
     const CSkin& skin() const { return m_skin; }
@@ -37,6 +37,8 @@ public:
 protected:
     void paintBackground(QPainter& painter) const
     {
+        // A no-op unless the widget went to a screen of another ratio since the last resize.
+        m_skin.resize(this->rect(), painter.device()->devicePixelRatioF());
         if (m_skin.hasScaledImage())
             painter.drawImage(this->rect(), m_skin.scaledImage(), m_skin.scaledImage().rect());
         else
@@ -50,12 +52,12 @@ protected:
     void resizeEvent(QResizeEvent* event) override
     {
         TBase::resizeEvent(event);
-        m_skin.resize(this->rect());
+        m_skin.resize(this->rect(), this->devicePixelRatioF());
     }
 
 private:
     QBrush m_brush;
-    CSkin m_skin;
+    mutable CSkin m_skin;
 };
 
 }  // namespace Dravo

@@ -4,6 +4,9 @@
 #include "ctwtoolbutton.h"
 
 #include <QPainter>
+#include <QStyle>
+
+#include "uiresources.h"
 
 namespace Dravo {
 
@@ -18,7 +21,7 @@ CTWToolButton* CTWToolButton::createButton(const QIcon& icon, bool bCheckable, b
 {
     CTWToolButton* pButton = new CTWToolButton();
     pButton->setIcon(icon);
-    pButton->setIconSize(icon.actualSize(QSize(2147483647, 2147483647), QIcon::Normal, QIcon::Off));
+    pButton->setIconSize(artIconSize(icon));
     pButton->setCheckable(bCheckable);
     pButton->setAutoExclusive(bAutoExclusive);
     if (!bFocusable)
@@ -54,7 +57,14 @@ void CTWToolButton::paintEvent(QPaintEvent*)
     painter.fillRect(rect(), m_brush);
     const QIcon::Mode mode = isEnabled() ? QIcon::Normal : QIcon::Disabled;
     const QIcon::State state = (isDown() || isChecked()) ? QIcon::On : QIcon::Off;
-    icon().paint(&painter, rect(), Qt::AlignHCenter | Qt::AlignVCenter, mode, state);
+    // The icon size in logical pixels, shrunk to fit; the pixmap in the device's pixels.
+    QSize size = iconSize();
+    if (size.width() > width() || size.height() > height())
+        size.scale(this->size(), Qt::KeepAspectRatio);
+    const QPixmap pixmap = icon().pixmap(size, painter.device()->devicePixelRatioF(), mode, state);
+    if (!pixmap.isNull())
+        painter.drawPixmap(QStyle::alignedRect(layoutDirection(), Qt::AlignCenter, size, rect()),
+                           pixmap);
 }
 
 }  // namespace Dravo

@@ -16,7 +16,7 @@ class CTWToolButton : public QToolButton
 public:
     explicit CTWToolButton(QWidget* parent = nullptr);
 
-    // A parentless button showing the icon at its natural size.
+    // A parentless button showing the icon at its natural (1x) size.
     static CTWToolButton* createButton(const QIcon& icon, bool bCheckable, bool bAutoExclusive,
                                        bool bFocusable);
     static CTWToolButton* createButton(const QIcon& icon, bool bFocusable = false);

@@ -54,35 +54,35 @@ CTarvik tarvikAt(const QModelIndex& index)
 CTarvikItemDelegate::CTarvikItemDelegate(QObject* parent, CAsyncTStorage::eFolderName folderName)
     : CTWListItemDelegate(parent),
       m_folderName(folderName),
-      m_pixmapRead(iconNames().read),
-      m_pixmapUnread(iconNames().unread),
-      m_pixmapSent(iconNames().sent),
-      m_pixmapSending(iconNames().sending),
-      m_pixmapFailedSend(iconNames().failedSend),
-      m_pixmapDraft(iconNames().draft)
+      m_iconRead(iconNames().read),
+      m_iconUnread(iconNames().unread),
+      m_iconSent(iconNames().sent),
+      m_iconSending(iconNames().sending),
+      m_iconFailedSend(iconNames().failedSend),
+      m_iconDraft(iconNames().draft)
 {
     setMargins(10, 5, 10, 5);
 }
 
 bool CTarvikItemDelegate::firstLineAndIcon(const CTarvik& tarvik, QString& strText,
-                                           const QPixmap** ppIcon) const
+                                           const QIcon** ppIcon) const
 {
     switch (int(m_folderName)) {
         case CAsyncTStorage::eFolderInbox:
             strText = tarvik.screenname();
-            *ppIcon = tarvik.flag() != 0 ? &m_pixmapUnread : &m_pixmapRead;
+            *ppIcon = tarvik.flag() != 0 ? &m_iconUnread : &m_iconRead;
             return true;
         case CAsyncTStorage::eFolderOutbox:
             strText = tarvik.to();
-            *ppIcon = tarvik.flag() != 0 ? &m_pixmapSending : &m_pixmapFailedSend;
+            *ppIcon = tarvik.flag() != 0 ? &m_iconSending : &m_iconFailedSend;
             return true;
         case CAsyncTStorage::eFolderSent:
             strText = tarvik.to();
-            *ppIcon = &m_pixmapSent;
+            *ppIcon = &m_iconSent;
             return true;
         case CAsyncTStorage::eFolderDraft:
             strText = tarvik.to().isEmpty() ? CTexts::emptyField() : tarvik.to();
-            *ppIcon = &m_pixmapDraft;
+            *ppIcon = &m_iconDraft;
             return true;
         default:
             break;
@@ -102,7 +102,7 @@ void CTarvikItemDelegate::paint(QPainter* pPainter, const QStyleOptionViewItem& 
 
     const CTarvik tarvik = tarvikAt(index);
     QString strFirst;
-    const QPixmap* pIcon = nullptr;
+    const QIcon* pIcon = nullptr;
     firstLineAndIcon(tarvik, strFirst, &pIcon);
 
     QFont font = option.font;
@@ -115,9 +115,12 @@ void CTarvikItemDelegate::paint(QPainter* pPainter, const QStyleOptionViewItem& 
 
     pPainter->save();
     if (pIcon && !pIcon->isNull()) {
+        // The icon is as high as the two lines; its pixmap comes from the art variant for the
+        // device's pixel ratio and is stretched smoothly the rest of the way.
         const QRect iconRect(rect.left(), rect.top(), rect.height(), rect.height());
         pPainter->setRenderHint(QPainter::SmoothPixmapTransform);
-        pPainter->drawPixmap(iconRect, *pIcon);
+        pPainter->drawPixmap(
+            iconRect, pIcon->pixmap(iconRect.size(), pPainter->device()->devicePixelRatioF()));
     }
     rect.setLeft(rect.left() + rect.height() + ICON_SPACING);
 
@@ -147,7 +150,7 @@ QSize CTarvikItemDelegate::sizeHint(const QStyleOptionViewItem& option,
                                     const QModelIndex& index) const
 {
     QString strFirst;
-    const QPixmap* pIcon = nullptr;
+    const QIcon* pIcon = nullptr;
     firstLineAndIcon(tarvikAt(index), strFirst, &pIcon);
 
     QFont font = option.font;

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include <QPixmap>
+#include <QIcon>
 
 #include "casynctstorage.h"
 #include "ctarvik.h"
@@ -30,16 +30,16 @@ public:
 
     // What the first line names and which icon the entry shows; false for a folder
     // outside 0..3 (logged).
-    bool firstLineAndIcon(const CTarvik& tarvik, QString& strText, const QPixmap** ppIcon) const;
+    bool firstLineAndIcon(const CTarvik& tarvik, QString& strText, const QIcon** ppIcon) const;
 
 private:
     CAsyncTStorage::eFolderName m_folderName;
-    QPixmap m_pixmapRead;
-    QPixmap m_pixmapUnread;
-    QPixmap m_pixmapSent;
-    QPixmap m_pixmapSending;
-    QPixmap m_pixmapFailedSend;
-    QPixmap m_pixmapDraft;
+    QIcon m_iconRead;
+    QIcon m_iconUnread;
+    QIcon m_iconSent;
+    QIcon m_iconSending;
+    QIcon m_iconFailedSend;
+    QIcon m_iconDraft;
 };
 
 }  // namespace Dravo

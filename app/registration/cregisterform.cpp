@@ -59,7 +59,7 @@ CRegisterForm::CRegisterForm(QWidget* parent, int registerType, const QString& s
     pTop->setWordWrap(true);
     pTop->setAlignment(Qt::AlignCenter);
     auto* pLogo = new CTWLabel(pContent);
-    pLogo->setPixmap(QPixmap(QStringLiteral(":/res/img/tarvik_logo.png")));
+    pLogo->setArtPixmap(QStringLiteral(":/res/img/tarvik_logo.png"));
     pLogo->setAlignment(Qt::AlignCenter);
     pLogo->setAccessibleName(CTexts::appName());
     CTWLabel* pNote = makeLabel(CTexts::internationalFormatHint(), pContent);

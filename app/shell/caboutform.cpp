@@ -39,7 +39,7 @@ CAboutForm::CAboutForm(const QString& strVersion, QWidget* parent)
 
     auto* pPanel = new QWidget(this);
     auto* pLogo = new CTWLabel(pPanel);
-    pLogo->setPixmap(QPixmap(QStringLiteral(":/res/img/tarvik_logo_large.png")));
+    pLogo->setArtPixmap(QStringLiteral(":/res/img/tarvik_logo_large.png"));
     pLogo->setAlignment(Qt::AlignCenter);
     m_pLabelVersion = makeTextLabel(versionLine(strVersion), pPanel);
     m_pLabelContact = makeTextLabel(CTexts::emailPrefix() + contactEmail(), pPanel);

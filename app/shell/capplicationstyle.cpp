@@ -54,7 +54,8 @@ void CApplicationStyle::drawPrimitive(PrimitiveElement element, const QStyleOpti
     if (element == PE_PanelButtonCommand && pOption) {
         const bool bPressed = pOption->state & (State_Sunken | State_On);
         CSkin& skin = bPressed ? m_skinPressed : m_skinNormal;
-        skin.resize(pOption->rect.size());
+        // The painter's device is the widget, or a pixmap it is grabbed into.
+        skin.resize(pOption->rect.size(), pPainter->device()->devicePixelRatioF());
         if (skin.hasScaledImage()) {
             pPainter->drawImage(pOption->rect.topLeft(), skin.scaledImage());
             return;

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tarvik authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include <QPainter>
 #include <QScrollBar>
 #include <QStandardItemModel>
 #include <QtTest>
@@ -132,6 +133,51 @@ private slots:
         for (int y = 0; y < 40; ++y)
             for (int x = 0; x < 40; ++x)
                 QCOMPARE(image.pixel(origin + QPoint(x, y)), strip.pixel(x, y));
+    }
+
+    // The icon keeps its 1x logical size at any pixel ratio and comes 1:1 from the pixmap made
+    // for the ratio: a checkerboard of single pixels shows unchanged.
+    void delegateIconAtPixelRatio_data()
+    {
+        QTest::addColumn<int>("dpr");
+        QTest::newRow("1") << 1;
+        QTest::newRow("2") << 2;
+        QTest::newRow("3") << 3;
+    }
+
+    void delegateIconAtPixelRatio()
+    {
+        QFETCH(int, dpr);
+        QIcon icon;
+        QImage variant;
+        for (int s = 1; s <= 3; ++s) {
+            QImage image(20 * s, 12 * s, QImage::Format_RGB32);
+            for (int y = 0; y < image.height(); ++y)
+                for (int x = 0; x < image.width(); ++x)
+                    image.setPixel(x, y, (x + y) % 2 ? qRgb(255, 0, 80 * s) : qRgb(0, 255, 0));
+            image.setDevicePixelRatio(s);
+            icon.addPixmap(QPixmap::fromImage(image));
+            if (s == dpr)
+                variant = image;
+        }
+        QStandardItemModel model;
+        model.appendRow(new QStandardItem(icon, QStringLiteral("I")));
+        QImage canvas(200 * dpr, 60 * dpr, QImage::Format_RGB32);
+        canvas.fill(Qt::black);
+        canvas.setDevicePixelRatio(dpr);
+        QStyleOptionViewItem option;
+        option.rect = QRect(0, 0, 200, 60);
+        QPainter painter(&canvas);
+        CTWListItemDelegate().paint(&painter, option, model.index(0, 0));
+        painter.end();
+
+        const int o = CTWListItemDelegate::ICON_OFFSET * dpr;
+        QImage drawn = canvas.copy(o - 1, o - 1, variant.width() + 2, variant.height() + 2);
+        drawn.setDevicePixelRatio(1);
+        variant.setDevicePixelRatio(1);
+        QCOMPARE(drawn.copy(1, 1, variant.width(), variant.height()), variant);
+        QCOMPARE(drawn.pixel(0, 0), 0xFF000000u);
+        QCOMPARE(drawn.pixel(drawn.width() - 1, drawn.height() - 1), 0xFF000000u);
     }
 
     void delegateRow_data()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tarvik authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include "cskin.h"
@@ -52,6 +53,18 @@ QImage nineSource()
     return image;
 }
 
+// The source at a scale as the art is made for high-density screens: each content pixel an
+// s x s block, the marker lines still one pixel wide and running over the scaled runs.
+QImage nineSourceAt(int s)
+{
+    const QImage src = nineSource();
+    QImage image(s * (SRC_W - 1) + 1, s * (SRC_H - 1) + 1, QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, src.pixel(x ? 1 + (x - 1) / s : 0, y ? 1 + (y - 1) / s : 0));
+    return image;
+}
+
 // Along one axis, the source index that target index i of a resize to iTarget shows. The far
 // border wins where the borders overlap, as it is painted later; any stretch index will do.
 int sourceIndex(int i, int iTarget, int iSource, int iFirst, int iLast)
@@ -68,7 +81,14 @@ class tst_Skin : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { initUiResources(); }
+    void initTestCase()
+    {
+        initUiResources();
+        QVERIFY(m_dir.isValid());
+        for (const int s : {1, 2, 3})
+            QVERIFY(nineSourceAt(s).save(m_dir.filePath(
+                s == 1 ? QStringLiteral("nine.png") : QStringLiteral("nine@%1x.png").arg(s))));
+    }
 
     void markerScan_data()
     {
@@ -118,37 +138,53 @@ private slots:
 
     void nineSliceResize_data()
     {
-        QTest::addColumn<QSize>("size");
-        QTest::newRow("same as source") << QSize(SRC_W - 1, SRC_H - 1);
-        QTest::newRow("larger") << QSize(40, 30);
-        QTest::newRow("wide and flat") << QSize(300, 9);
-        QTest::newRow("centre width zero") << QSize(7, 20);
-        QTest::newRow("narrower than borders") << QSize(5, 20);
-        QTest::newRow("lower than borders") << QSize(30, 4);
-        QTest::newRow("smaller both ways") << QSize(4, 3);
-        QTest::newRow("one pixel") << QSize(1, 1);
+        QTest::addColumn<QSize>("size");  // logical
+        QTest::addColumn<qreal>("dpr");
+        QTest::newRow("same as source") << QSize(SRC_W - 1, SRC_H - 1) << 1.0;
+        QTest::newRow("larger") << QSize(40, 30) << 1.0;
+        QTest::newRow("wide and flat") << QSize(300, 9) << 1.0;
+        QTest::newRow("centre width zero") << QSize(7, 20) << 1.0;
+        QTest::newRow("narrower than borders") << QSize(5, 20) << 1.0;
+        QTest::newRow("lower than borders") << QSize(30, 4) << 1.0;
+        QTest::newRow("smaller both ways") << QSize(4, 3) << 1.0;
+        QTest::newRow("one pixel") << QSize(1, 1) << 1.0;
+        QTest::newRow("@2x larger") << QSize(40, 30) << 2.0;
+        QTest::newRow("@2x narrower than borders") << QSize(5, 20) << 2.0;
+        QTest::newRow("@3x wide and flat") << QSize(300, 9) << 3.0;
+        QTest::newRow("@3x smaller both ways") << QSize(4, 3) << 3.0;
+        QTest::newRow("1.5 from @2x") << QSize(40, 30) << 1.5;
     }
 
     void nineSliceResize()
     {
         QFETCH(QSize, size);
+        QFETCH(qreal, dpr);
         const QImage src = nineSource();
-        CSkin skin(src);
+        CSkin skin(m_dir.filePath(QStringLiteral("nine.png")));
         QCOMPARE(skin.stretchRect(), QRect(QPoint(S_LEFT, S_TOP), QPoint(S_RIGHT, S_BOTTOM)));
         QVERIFY(!skin.hasScaledImage());
-        skin.resize(size);
+        skin.resize(size, dpr);
         const QImage& out = skin.scaledImage();
-        QCOMPARE(out.size(), size);
+        QCOMPARE(out.size(), (QSizeF(size) * dpr).toSize());
+        QCOMPARE(out.devicePixelRatio(), dpr);
         QCOMPARE(out.format(), QImage::Format_ARGB32);
-        for (int y = 0; y < size.height(); ++y) {
-            for (int x = 0; x < size.width(); ++x) {
-                const QPoint from(sourceIndex(x, size.width(), SRC_W, S_LEFT, S_RIGHT),
-                                  sourceIndex(y, size.height(), SRC_H, S_TOP, S_BOTTOM));
+        // At a whole ratio each physical pixel shows the source pixel of its logical one: the
+        // variant for the ratio is used 1:1, so no edge between two border pixels is blended.
+        const int s = int(dpr);
+        if (s != dpr)
+            return;
+        for (int y = 0; y < out.height(); ++y) {
+            for (int x = 0; x < out.width(); ++x) {
+                const QPoint from(sourceIndex(x / s, size.width(), SRC_W, S_LEFT, S_RIGHT),
+                                  sourceIndex(y / s, size.height(), SRC_H, S_TOP, S_BOTTOM));
                 QVERIFY2(out.pixel(x, y) == src.pixel(from),
                          qPrintable(QStringLiteral("pixel (%1,%2)").arg(x).arg(y)));
             }
         }
     }
+
+private:
+    QTemporaryDir m_dir;
 };
 
 QTEST_GUILESS_MAIN(tst_Skin)

@@ -144,11 +144,12 @@ private Q_SLOTS:
         CTarvik tarvik = makeTarvik("t", flag);
         tarvik.setTo(to);
         QString strText;
-        const QPixmap* pIcon = nullptr;
+        const QIcon* pIcon = nullptr;
         QVERIFY(delegate.firstLineAndIcon(tarvik, strText, &pIcon));
         QCOMPARE(strText, text);
         QVERIFY(pIcon && !pIcon->isNull());
-        QCOMPARE(pIcon->toImage(), QPixmap(":/res/img/" + icon + ".png").toImage());
+        QCOMPARE(pIcon->pixmap(QSize(32, 32)).toImage(),
+                 QPixmap(":/res/img/" + icon + ".png").toImage());
 
         CTarvikItemDelegate bad(nullptr, ::folder(7));
         QVERIFY(!bad.firstLineAndIcon(tarvik, strText, &pIcon));
