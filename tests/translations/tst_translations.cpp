@@ -127,7 +127,8 @@ class TestTranslations : public QObject
 
     // Shows a form the way the main window does, under its title, and lists every text
     // that does not fit.
-    QStringList check(CForm* pForm, const QString& strName, CForm* pOver = nullptr)
+    QStringList check(CForm* pForm, const QString& strName, const QSize& size,
+                      CForm* pOver = nullptr)
     {
         QWidget host;
         QPalette palette = host.palette();
@@ -142,7 +143,7 @@ class TestTranslations : public QObject
         pLayout->addWidget(pTitle);
         pForm->setParent(&host);
         pLayout->addWidget(pForm, 1);
-        host.setFixedSize(800, 450);
+        host.setFixedSize(size);
         host.show();
         if (pOver) {
             pOver->setParent(&host);
@@ -223,57 +224,56 @@ private Q_SLOTS:
     void screensFit_data()
     {
         QTest::addColumn<int>("screen");
-        QTest::newRow("main menu") << 0;
-        QTest::newRow("about") << 1;
-        QTest::newRow("inbox") << 2;
-        QTest::newRow("outbox") << 3;
-        QTest::newRow("sent") << 4;
-        QTest::newRow("view received") << 5;
-        QTest::newRow("view sent") << 6;
-        QTest::newRow("popups") << 7;
-        QTest::newRow("compose") << 8;
-        QTest::newRow("register") << 9;
-        QTest::newRow("register again") << 10;
+        QTest::addColumn<QSize>("size");
+        const char* const screens[] = {"main menu", "about",         "inbox",         "outbox",
+                                       "sent",      "view received", "view sent",     "popups",
+                                       "compose",   "register",      "register again"};
+        for (const QSize& size : {QSize(800, 450), QSize(360, 720)}) {
+            for (int i = 0; i < int(std::size(screens)); ++i) {
+                QTest::addRow("%s %dx%d", screens[i], size.width(), size.height()) << i << size;
+            }
+        }
     }
 
     // Every button, label and menu row of the screen shows its whole text.
     void screensFit()
     {
         QFETCH(int, screen);
+        QFETCH(QSize, size);
         const QString strName = QTest::currentDataTag();
         QStringList lstFailed;
         switch (screen) {
             case 0:
-                lstFailed = check(new CMainMenuForm(), strName);
+                lstFailed = check(new CMainMenuForm(), strName, size);
                 break;
             case 1:
-                lstFailed = check(new CAboutForm("1.0.5"), strName);
+                lstFailed = check(new CAboutForm("1.0.5"), strName, size);
                 break;
             case 2:
-                lstFailed = check(new CInboxForm(), strName);
+                lstFailed = check(new CInboxForm(), strName, size);
                 break;
             case 3:
-                lstFailed = check(new COutboxForm(), strName);
+                lstFailed = check(new COutboxForm(), strName, size);
                 break;
             case 4:
-                lstFailed = check(new CSentForm(), strName);
+                lstFailed = check(new CSentForm(), strName, size);
                 break;
             case 5:
             case 6: {
                 CTarvik tarvik = makeTarvik("Lunch");
                 tarvik.setTitle(QString());
-                lstFailed = check(new CViewTarvikForm(nullptr, tarvik, screen - 5), strName);
+                lstFailed = check(new CViewTarvikForm(nullptr, tarvik, screen - 5), strName, size);
                 break;
             }
             case 8:
                 lstFailed = check(new CComposeTarvikForm(nullptr, 1, "+358401234567",
                                                          CTexts::replyPrefix() + " Lunch", "Hi"),
-                                  strName);
+                                  strName, size);
                 break;
             case 9:
             case 10:
-                lstFailed =
-                    check(new CRegisterForm(nullptr, screen - 9, "+358401234567", "Aino"), strName);
+                lstFailed = check(new CRegisterForm(nullptr, screen - 9, "+358401234567", "Aino"),
+                                  strName, size);
                 break;
             default:
                 for (const QString& strText :
@@ -281,7 +281,7 @@ private Q_SLOTS:
                       CTexts::sendingReceivingTarviks(), CTexts::requestingLocation(),
                       CTexts::unableToDetermineLocation(), CTexts::routeCantBeCalculated(),
                       CTexts::registrationFailed()}) {
-                    lstFailed << check(new CMainMenuForm(), strName,
+                    lstFailed << check(new CMainMenuForm(), strName, size,
                                        new CTextPopupForm(nullptr, strText, true));
                 }
         }
