@@ -28,8 +28,23 @@ CMainWindow::CMainWindow(QWidget* parent)
     connect(m_pFormStack, &CMainFormStack::onTitleUpdate, this, &CMainWindow::updateTitle);
     connect(m_pFormStack, &CMainFormStack::signalShowMainWindow, this, &CMainWindow::show);
 
-    setGeometry(0, 0, 800, 450);
+    setGeometry(QRect(QPoint(0, 0), initialSize()));
     updateTitle();
+}
+
+QSize CMainWindow::initialSize()
+{
+    // TARVIK_WINDOW_SIZE ("360x720") gives the first size another screen wants, such as
+    // a phone's; anything else keeps 800 x 450.
+    const QStringList parts = qEnvironmentVariable("TARVIK_WINDOW_SIZE").split(QLatin1Char('x'));
+    if (parts.size() == 2) {
+        bool bWidth = false;
+        bool bHeight = false;
+        const QSize size(parts[0].toInt(&bWidth), parts[1].toInt(&bHeight));
+        if (bWidth && bHeight && !size.isEmpty())
+            return size;
+    }
+    return QSize(800, 450);
 }
 
 void CMainWindow::updateTitle()

@@ -9,8 +9,9 @@ namespace Dravo {
 
 class CMainFormStack;
 
-// The one top-level window: 800 x 450, black, holding the main form stack. It is shown
-// when the stack says so, and takes its title from the stack's current form.
+// The one top-level window: 800 x 450 unless TARVIK_WINDOW_SIZE says otherwise, black, holding the
+// main form stack. It is shown when the stack says so, and takes its title from the stack's current
+// form.
 class CMainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -23,6 +24,8 @@ public Q_SLOTS:
     void updateTitle();
 
 private:
+    static QSize initialSize();
+
     QWidget* m_pCentralWidget;
     CMainFormStack* m_pFormStack;
 };
