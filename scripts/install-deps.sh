@@ -19,6 +19,7 @@ PACKAGES=(
   libsqlite3-dev sqlite3 zlib1g-dev
   dbus dbus-daemon dbus-x11
   xvfb xauth x11-utils imagemagick librsvg2-bin
+  qt6-wayland weston
   evolution-data-server libebook1.2-dev libebook-contacts1.2-dev libedataserver1.2-dev
   libjs-leaflet
   libbenchmark-dev

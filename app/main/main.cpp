@@ -40,6 +40,9 @@ int main(int argc, char** argv)
         CLogWriter::install();
 
     QApplication app(argc, argv);
+    // The Wayland app id (and X11 class hint) names the desktop entry, from which a
+    // phone's shell takes the icon, the name and the form factors.
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.qel.tarvik"));
     // Texts are translated once, when first used: the language is set before anything
     // shows one. The C locale keeps English.
     CTranslations::install(QLocale::system());

@@ -132,6 +132,9 @@ class HttpServer:
 
 
 class Session:
+    # The Xvfb screen: width x height x depth.
+    screen = "800x480x24"
+
     def __init__(self, bindir, sim_args=None, home=None, client_env=None, start_client=True,
                  daemon="tarvik-simd", daemon_env=None, incoming=None):
         self.bindir = bindir
@@ -198,7 +201,7 @@ class Session:
                 continue
             read_end, write_end = os.pipe()
             proc = self._spawn(["Xvfb", ":%d" % display, "-displayfd", str(write_end),
-                                "-screen", "0", "800x480x24", "-nolisten", "tcp", "-noreset"],
+                                "-screen", "0", self.screen, "-nolisten", "tcp", "-noreset"],
                                os.environ.copy(), pass_fds=(write_end,))
             os.close(write_end)
             with os.fdopen(read_end) as pipe:
