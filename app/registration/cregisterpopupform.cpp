@@ -30,7 +30,7 @@ CRegisterPopupForm::CRegisterPopupForm(QWidget* parent, CForm* pRegisterForm,
 {
     qDebug("CRegisterPopupForm::CRegisterPopupForm started");
     // The waiting text runs to three lines: the panel takes its largest size.
-    m_pPopup->setMinimumSize(MAX_WIDTH, MAX_HEIGHT - 30);
+    setPanelMinimumSize(QSize(MAX_WIDTH, MAX_HEIGHT - 30));
     auto* pLayout = new QVBoxLayout(m_pPopup);
     pLayout->setSpacing(10);
     pLayout->setContentsMargins(20, 20, 20, 20);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QBoxLayout>
+#include <QResizeEvent>
 
 #include "cform.h"
 #include "cskin.h"
@@ -25,8 +26,8 @@ public:
     {
         setAutoFillBackground(false);
         m_pPopup->setSkin(CSkin(QStringLiteral(":/res_ui/img/popup_bg.png")));
-        m_pPopup->setMinimumSize(MIN_WIDTH, MIN_HEIGHT);
         m_pPopup->setMaximumSize(MAX_WIDTH, MAX_HEIGHT);
+        setPanelMinimumSize(QSize(MIN_WIDTH, MIN_HEIGHT));
         if (QBoxLayout* pLayout = qobject_cast<QBoxLayout*>(layout())) {
             pLayout->addStretch(1);
             pLayout->addWidget(m_pPopup, 0, Qt::AlignCenter);
@@ -40,7 +41,33 @@ public:
     TPopup* popup() const { return m_pPopup; }
 
 protected:
+    // The panel's smallest size, narrowed to what a narrow (portrait) screen has room for:
+    // a popup never makes the window wider than the screen.
+    void setPanelMinimumSize(const QSize& size)
+    {
+        m_minimum = size;
+        const QWidget* pParent = parentWidget();
+        fitPanel(pParent ? pParent->width() : size.width() + 2 * EDGE);
+    }
+    void resizeEvent(QResizeEvent* event) override
+    {
+        CForm::resizeEvent(event);
+        fitPanel(event->size().width());
+    }
+
+    static constexpr int EDGE = 5;
+
     TPopup* m_pPopup;
+
+private:
+    void fitPanel(int iWidth)
+    {
+        const int iRoom = qMax(0, iWidth - 2 * EDGE);
+        m_pPopup->setMinimumSize(qMin(m_minimum.width(), iRoom), m_minimum.height());
+        m_pPopup->setMaximumWidth(qMin(int(MAX_WIDTH), qMax(iRoom, m_pPopup->minimumWidth())));
+    }
+
+    QSize m_minimum;
 };
 
 }  // namespace Dravo

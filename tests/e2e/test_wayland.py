@@ -26,7 +26,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from tarvikui import Session, check, run, wait_for  # noqa: E402
 from test_compose import stamped_track, type_into  # noqa: E402
 from test_faults import wait_label  # noqa: E402
-from test_map import MapServer, back_to  # noqa: E402
+from test_map import back_to, map_server  # noqa: E402
 
 PORTRAIT = ("portrait", (360, 720), 2)
 LANDSCAPE = ("landscape", (800, 450), 1)
@@ -312,7 +312,7 @@ SCREENS = [
 
 def walk_screens(bindir, orientation):
     name, size, scale = orientation
-    server = MapServer()
+    server = map_server()
     tmp = tempfile.mkdtemp(prefix="tarvik-wayland-")
     track, _ = stamped_track(tmp)
     incoming = os.path.join(tmp, "incoming.json")
