@@ -4,9 +4,8 @@
 """Every screen as a native Wayland client of weston, at a phone's portrait size (360 x 720
 logical pixels at scale 2) and at the desktop's landscape size (800 x 450 at scale 1): no
 control outside the window, no two controls of a screen over each other, and in portrait
-buttons a finger can hit. And the compose form keeps what was typed when its window turns
-from landscape to portrait; that runs on X11, where a test can resize a window (weston
-offers a client no way to be resized from outside).
+buttons a finger can hit. The client is given no size: it takes the screen's, as on a
+phone.
 
 Weston runs on its X11 backend inside the session's Xvfb: that gives it a seat, so the
 pointer and key events the accessibility registry generates in Xvfb reach the client
@@ -26,7 +25,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from tarvikui import Session, check, run, wait_for  # noqa: E402
 from test_compose import stamped_track, type_into  # noqa: E402
 from test_faults import wait_label  # noqa: E402
-from test_map import back_to, map_server  # noqa: E402
+from test_map import map_server  # noqa: E402
 
 PORTRAIT = ("portrait", (360, 720), 2)
 LANDSCAPE = ("landscape", (800, 450), 1)
@@ -89,8 +88,7 @@ class WestonSession(Session):
     def launch(self):
         # An empty DISPLAY: the client cannot fall back to X11.
         self.client_env.update({"WAYLAND_DISPLAY": "wayland-tarvik", "QT_QPA_PLATFORM": "wayland",
-                                "DISPLAY": "", "QT_WAYLAND_DISABLE_WINDOWDECORATION": "1",
-                                "TARVIK_WINDOW_SIZE": "%dx%d" % self.size})
+                                "DISPLAY": "", "QT_WAYLAND_DISABLE_WINDOWDECORATION": "1"})
         client = super().launch()
         # Weston follows the X pointer only once it has seen it enter its window; a
         # pointer that was inside from the start goes unnoticed.
@@ -355,43 +353,6 @@ def walk_screens(bindir, orientation):
         shutil.rmtree(tmp, ignore_errors=True)
 
 
-def resize_x11_window(s, title, width, height):
-    """Resizes the client's X window named `title`, as a window manager turning the
-    screen would."""
-    import ctypes
-    info = subprocess.run(["xwininfo", "-name", title, "-int"], env=s.env, check=True,
-                          capture_output=True, text=True).stdout
-    window = ctypes.c_ulong(int(info.split("Window id: ")[1].split()[0]))
-    x11 = ctypes.CDLL("libX11.so.6")
-    x11.XOpenDisplay.restype = ctypes.c_void_p
-    display = ctypes.c_void_p(x11.XOpenDisplay(s.env["DISPLAY"].encode()))
-    check(display.value, "cannot open the X display")
-    x11.XResizeWindow(display, window, width, height)
-    x11.XSync(display, 0)
-    x11.XCloseDisplay(display)
-
-
-def test_turn_keeps_compose_text(bindir):
-    """The compose form, typed into, turned from landscape to portrait and back: the
-    window follows and nothing typed is lost."""
-    session = Session(bindir, sim_args=["--register-at-start"])
-    session.screen = "800x800x24"
-    with session as s:
-        s.wait_title("tarvik")
-        compose(s)
-        typed = {"To:": "+15550111", "Subject:": "Lunch on the pier?",
-                 "Message": "Bring the blue umbrella."}
-        for field, text in typed.items():
-            type_into(s, field, text)
-        for size in ((360, 720), (800, 450)):
-            resize_x11_window(s, "tarvik - Send a tarvik", *size)
-            wait_for(lambda: extents(s.all("frame")[0])[2:] == size, 10,
-                     "the window at %dx%d" % size)
-            time.sleep(0.3)  # the layout after the resize
-            now = {field: s.text(s.find("text", field)) for field in typed}
-            check(now == typed, "at %dx%d the form holds %r" % (size + (now,)))
-
-
 def test_portrait(bindir):
     walk_screens(bindir, PORTRAIT)
 
@@ -405,4 +366,4 @@ if __name__ == "__main__":
     if missing:
         print("SKIP   the client cannot run on weston here: %s" % missing, flush=True)
         sys.exit(SKIP_CODE)
-    run([test_portrait, test_landscape, test_turn_keeps_compose_text])
+    run([test_portrait, test_landscape])
