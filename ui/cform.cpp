@@ -31,6 +31,12 @@ CForm::CForm(QWidget* parent) : QWidget(parent), m_bButtonsLocked(false)
     pFocusHolder->setFocus(Qt::OtherFocusReason);
 }
 
+CForm::~CForm()
+{
+    // Focus moves while the widgets go: no call may reach this form once it is only a QWidget.
+    disconnect(m_focusConnection);
+}
+
 bool CForm::isPortrait(const QSize& size)
 {
     return size.width() < PORTRAIT_WIDTH || size.height() > size.width();
@@ -49,7 +55,7 @@ void CForm::setBody(QWidget* pContent, CTWToolBar* pToolBar, bool bScrolls)
         pContent->setAutoFillBackground(false);
         m_pScrollArea->setWidget(pContent);
         pContent = m_pScrollArea;
-        connect(qApp, &QApplication::focusChanged, this, &CForm::revealFocus);
+        m_focusConnection = connect(qApp, &QApplication::focusChanged, this, &CForm::revealFocus);
     }
     m_pBody = new QBoxLayout(QBoxLayout::LeftToRight);
     m_pBody->setSpacing(0);

@@ -20,6 +20,7 @@ class CForm : public QWidget
     Q_OBJECT
 public:
     explicit CForm(QWidget* parent = nullptr);
+    ~CForm() override;
 
     virtual QString title() const = 0;
     // A form that is drawn over the form beneath it (popups) returns true.
@@ -64,6 +65,7 @@ private:
     QBoxLayout* m_pBody = nullptr;
     CTWToolBar* m_pToolBar = nullptr;
     QScrollArea* m_pScrollArea = nullptr;
+    QMetaObject::Connection m_focusConnection;
     bool m_bPortrait = false;
     QTimer m_timerUnlockButtons;
     bool m_bButtonsLocked;
