@@ -15,7 +15,7 @@ PACKAGES=(
   qt6-svg-dev libqt6svg6
   qt6-tools-dev-tools qdbus-qt6
   qt6-tools-dev qt6-l10n-tools qt6-translations-l10n
-  libgl-dev libxkbcommon-dev
+  libgl-dev libxkbcommon-dev libx11-dev libxdamage-dev
   libsqlite3-dev sqlite3 zlib1g-dev
   dbus dbus-daemon dbus-x11
   xvfb xauth x11-utils imagemagick librsvg2-bin
