@@ -25,6 +25,7 @@ function(tarvik_add_plugin name)
         $<TARGET_PROPERTY:${P_CODE},INTERFACE_INCLUDE_DIRECTORIES>)
     target_link_libraries(${name} PRIVATE ${P_LIBS})
     add_dependencies(${name} ${P_CODE})
+    set_property(GLOBAL APPEND PROPERTY TARVIK_PLUGINS ${name})
     set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${TARVIK_PLUGIN_BUILD_DIR})
     install(TARGETS ${name} LIBRARY DESTINATION ${TARVIK_PLUGIN_INSTALL_DIR})
 endfunction()
@@ -32,9 +33,28 @@ endfunction()
 # tarvik_host_plugins(<target>)
 #
 # <target> loads plugins: it carries every object of the libraries they use, not only
-# those it calls itself, and exports their symbols for the plugins to bind to.
+# those it calls itself, and exports the symbols the plugins bind to - only those (see
+# PluginSymbols.cmake): exporting all of them would make the dynamic linker weigh
+# thousands of symbols at every start. Call it after the plugins are defined.
 function(tarvik_host_plugins target)
-    set_target_properties(${target} PROPERTIES ENABLE_EXPORTS ON)
+    set(list_file ${CMAKE_BINARY_DIR}/tarvik-plugin-symbols.list)
+    if(NOT TARGET tarvik_plugin_symbols)
+        get_property(plugins GLOBAL PROPERTY TARVIK_PLUGINS)
+        set(files)
+        foreach(plugin ${plugins})
+            list(APPEND files $<TARGET_FILE:${plugin}>)
+        endforeach()
+        add_custom_target(tarvik_plugin_symbols
+            COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DOUTPUT=${list_file}
+                    "-DPLUGINS=${files}" -P ${PROJECT_SOURCE_DIR}/cmake/PluginSymbols.cmake
+            BYPRODUCTS ${list_file}
+            COMMENT "Listing the symbols the plugins bind to"
+            VERBATIM)
+        add_dependencies(tarvik_plugin_symbols ${plugins})
+    endif()
+    add_dependencies(${target} tarvik_plugin_symbols)
+    target_link_options(${target} PRIVATE "LINKER:--dynamic-list=${list_file}")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${list_file})
     target_link_libraries(${target} PRIVATE ${TARVIK_PLUGIN_HOST_LIBS})
     foreach(lib ${TARVIK_PLUGIN_HOST_LIBS})
         target_sources(${target} PRIVATE $<TARGET_OBJECTS:${lib}>)
