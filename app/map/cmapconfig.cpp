@@ -3,10 +3,13 @@
 
 #include "cmapconfig.h"
 
+#include <malloc.h>
+
 #include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
+#include <QTimer>
 #include <QUrl>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
@@ -20,6 +23,8 @@ namespace Dravo {
 namespace {
 int s_iTilesTimeoutMs = 10000;
 int s_iRouteTimeoutMs = 15000;
+QWebEngineProfile* s_pProfile = nullptr;
+int s_iPages = 0;
 
 bool isWebUrl(const QUrl& url)
 {
@@ -138,15 +143,35 @@ QString CMapConfig::pageConfigScript()
 
 QWebEngineProfile* CMapConfig::profile()
 {
-    static QWebEngineProfile* s_pProfile = nullptr;
     if (!s_pProfile) {
         // No storage name: nothing is written to disk; tiles stay in the memory cache
-        // for the next map.
+        // while maps are open.
         s_pProfile = new QWebEngineProfile(qApp);
         s_pProfile->setHttpUserAgent(userAgent());
         s_pProfile->setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
     }
     return s_pProfile;
+}
+
+void CMapConfig::pageCreated()
+{
+    ++s_iPages;
+}
+
+void CMapConfig::pageDestroyed()
+{
+    if (--s_iPages > 0)
+        return;
+    // The last map page is gone. Its profile goes too, with its network context and memory
+    // cache, once the page's own teardown has run; then the heap that the web engine has
+    // freed is handed back to the system. The next map makes a new profile.
+    QTimer::singleShot(0, qApp, [] {
+        if (s_iPages > 0 || !s_pProfile)
+            return;
+        delete s_pProfile;
+        s_pProfile = nullptr;
+        malloc_trim(0);
+    });
 }
 
 }  // namespace Dravo

@@ -40,8 +40,12 @@ public:
 
     // The script that hands the settings above to the pages, run before their own scripts.
     static QString pageConfigScript();
-    // An off-the-record profile with the client's User-Agent, shared by all map views.
+    // An off-the-record profile with the client's User-Agent, shared by all map pages;
+    // they report themselves below, and it is deleted once the last of them is (the
+    // pointer is then stale: ask again for the next page).
     static QWebEngineProfile* profile();
+    static void pageCreated();
+    static void pageDestroyed();
 };
 
 }  // namespace Dravo

@@ -54,6 +54,19 @@ void shareOpenGLContexts()
     qAddPostRoutine(deleteShareContext);
 }
 
+// Without the sandbox, the zygote processes serve nothing but would stay for the life of
+// the web engine, that is of the client: renderers are then started directly and end with
+// their pages, so no web engine process is left once the last map has closed.
+void dropZygoteWithoutSandbox()
+{
+    if (!qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX"))
+        return;
+    QByteArray flags = qgetenv("QTWEBENGINE_CHROMIUM_FLAGS");
+    if (flags.split(' ').contains("--no-zygote"))
+        return;
+    qputenv("QTWEBENGINE_CHROMIUM_FLAGS", flags.isEmpty() ? "--no-zygote" : flags + " --no-zygote");
+}
+
 struct State
 {
     bool bTried = false;
@@ -96,6 +109,7 @@ IMapModule* CMapModule::module()
                          .arg(QLatin1String(kPluginFile), searchPaths().join(QStringLiteral(", ")));
     } else {
         shareOpenGLContexts();
+        dropZygoteWithoutSandbox();
         QPluginLoader loader(strPath);
         s.pModule = qobject_cast<IMapModule*>(loader.instance());
         if (!s.pModule)

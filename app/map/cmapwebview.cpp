@@ -23,10 +23,16 @@ const char* const kConfigScriptName = "tarvikConfig";
 
 CMapPage::CMapPage(QWebEngineProfile* pProfile) : QWebEnginePage(pProfile), m_bOwnLoad(false)
 {
+    CMapConfig::pageCreated();
     QWebEngineSettings* pSettings = settings();
     pSettings->setAttribute(QWebEngineSettings::LocalContentCanAccessFileUrls, false);
     pSettings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, false);
     pSettings->setAttribute(QWebEngineSettings::NavigateOnDropEnabled, false);
+}
+
+CMapPage::~CMapPage()
+{
+    CMapConfig::pageDestroyed();
 }
 
 bool CMapPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame)

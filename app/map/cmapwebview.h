@@ -25,6 +25,7 @@ class CMapPage : public QWebEnginePage
     Q_OBJECT
 public:
     explicit CMapPage(QWebEngineProfile* pProfile);
+    ~CMapPage() override;
 
     // The next main-frame navigation is the view's own setHtml().
     void expectOwnLoad() { m_bOwnLoad = true; }
