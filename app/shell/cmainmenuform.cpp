@@ -41,7 +41,11 @@ CMainMenuForm::CMainMenuForm(QWidget* parent)
     m_pListWidget->setFrameShape(QFrame::NoFrame);
     m_pListWidget->viewport()->setAutoFillBackground(false);
     m_pListWidget->setAttribute(Qt::WA_TranslucentBackground);
-    m_pListWidget->setStyleSheet(QStringLiteral("QListWidget { background: transparent; }"));
+    // A transparent base rather than a style sheet, which would put the list under a
+    // style sheet style (built and applied on the way to the first frame).
+    QPalette palette = m_pListWidget->palette();
+    palette.setColor(QPalette::Base, Qt::transparent);
+    m_pListWidget->setPalette(palette);
     // Seven rows fill the 450 pixel screen; the text sits level with the 32 pixel icons.
     QFont font = m_pListWidget->font();
     font.setPixelSize(MENU_FONT_PIXELS);
