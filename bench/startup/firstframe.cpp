@@ -14,9 +14,9 @@
 //       of every process it started
 //   -l  with -m: first wait (within -t) until the program has mapped a file whose name
 //       contains LIBRARY, e.g. a plugin it loads after its first frame
-// Prints "frame MS" and, with -m, "resident KB"; then ends the program (SIGTERM) and
-// prints "exit MS", the time from the start to its end. Exit status 0 when a frame was
-// seen (and LIBRARY mapped), 1 otherwise.
+// Prints "frame MS" and, with -m, "resident KB" and "proportional KB"; then ends the program
+// (SIGTERM) and prints "exit MS", the time from the start to its end. Exit status 0 when a frame
+// was seen (and LIBRARY mapped), 1 otherwise.
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/extensions/Xdamage.h>
@@ -61,43 +61,55 @@ long windowPid(Display* pDisplay, Window window, Atom pidAtom)
     return iPid;
 }
 
-// Resident kilobytes of root and all its descendants.
-long treeResidentKb(pid_t root)
+// Resident and proportional (shared pages divided among their users) kilobytes of root
+// and all its descendants.
+struct Memory
+{
+    long iResidentKb = 0;
+    long iProportionalKb = 0;
+};
+
+long fieldKb(const std::string& strFile, const std::string& strKey)
+{
+    std::ifstream in(strFile);
+    std::string strLine;
+    while (std::getline(in, strLine)) {
+        std::istringstream fields(strLine);
+        std::string strName;
+        long iValue = 0;
+        fields >> strName >> iValue;
+        if (strName == strKey)
+            return iValue;
+    }
+    return 0;
+}
+
+Memory treeMemory(pid_t root)
 {
     std::map<long, long> parents;
-    std::map<long, long> resident;
     DIR* pDir = opendir("/proc");
     if (!pDir)
-        return 0;
+        return {};
     while (dirent* pEntry = readdir(pDir)) {
         char* pEnd = nullptr;
         const long iPid = std::strtol(pEntry->d_name, &pEnd, 10);
         if (*pEnd || iPid <= 0)
             continue;
-        std::ifstream status("/proc/" + std::string(pEntry->d_name) + "/status");
-        std::string strLine;
-        while (std::getline(status, strLine)) {
-            std::istringstream fields(strLine);
-            std::string strKey;
-            long iValue = 0;
-            fields >> strKey >> iValue;
-            if (strKey == "PPid:")
-                parents[iPid] = iValue;
-            else if (strKey == "VmRSS:")
-                resident[iPid] = iValue;
-        }
+        parents[iPid] = fieldKb("/proc/" + std::string(pEntry->d_name) + "/status", "PPid:");
     }
     closedir(pDir);
-    long iTotal = 0;
-    for (const auto& [iPid, iKb] : resident) {
-        for (long p = iPid; p > 1; p = parents.count(p) ? parents[p] : 0) {
+    Memory memory;
+    for (const auto& entry : parents) {
+        for (long p = entry.first; p > 1; p = parents.count(p) ? parents[p] : 0) {
             if (p == root) {
-                iTotal += iKb;
+                const std::string strDir = "/proc/" + std::to_string(entry.first) + "/";
+                memory.iResidentKb += fieldKb(strDir + "status", "VmRSS:");
+                memory.iProportionalKb += fieldKb(strDir + "smaps_rollup", "Pss:");
                 break;
             }
         }
     }
-    return iTotal;
+    return memory;
 }
 
 bool hasMapped(pid_t pid, const char* pszName)
@@ -212,7 +224,9 @@ int main(int argc, char** argv)
             iStatus = 1;
         } else {
             usleep(static_cast<useconds_t>(dMemoryWaitS * 1e6));
-            std::printf("resident %ld\n", treeResidentKb(child));
+            const Memory memory = treeMemory(child);
+            std::printf("resident %ld\nproportional %ld\n", memory.iResidentKb,
+                        memory.iProportionalKb);
         }
     }
     kill(child, SIGTERM);
