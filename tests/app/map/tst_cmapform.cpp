@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFile>
 #include <QMimeData>
+#include <QPointer>
+#include <QWebEngineProfile>
 #include <memory>
 
 #include "capplicationstyle.h"
@@ -305,10 +307,13 @@ private Q_SLOTS:
         QTest::mouseClick(buttonNamed(pForm, CTexts::zoomIn()), Qt::LeftButton);
         QCOMPARE(zoom(), 15);
 
-        // Back closes the map and the form that opened it.
+        // Back closes the map and the form that opened it; with the last map page goes
+        // its browser profile.
+        const QPointer<QWebEngineProfile> pProfile = pView->page()->profile();
         QCOMPARE(m_pStack->count(), 2);
         clickWhenUnlocked(pForm, buttonNamed(pForm, CTexts::back()));
         QTRY_COMPARE(m_pStack->count(), 0);
+        QTRY_VERIFY(pProfile.isNull());
     }
 
     // The page cannot be navigated away, and what it says reaches the log as one line.
