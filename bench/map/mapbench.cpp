@@ -87,6 +87,9 @@ Tree processTree(qint64 root)
                 continue;
             const QString strDir = QStringLiteral("/proc/%1/").arg(it.key());
             const qint64 iKb = procKb(strDir + QStringLiteral("status"), "VmRSS:");
+            // A process that has ended and is not yet reaped holds no memory.
+            if (iKb == 0)
+                break;
             tree.iResidentKb += iKb;
             tree.iProportionalKb += procKb(strDir + QStringLiteral("smaps_rollup"), "Pss:");
             QFile cmdline(strDir + QStringLiteral("cmdline"));
