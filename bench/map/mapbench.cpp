@@ -60,12 +60,14 @@ struct Tree
 {
     qint64 iResidentKb = 0;
     qint64 iProportionalKb = 0;
+    qint64 iPrivateDirtyKb = 0;
     QStringList lstProcesses;
 };
 
 // This process and all its descendants (the web engine's zygotes, renderer and utility
-// processes): resident memory summed over them, and the proportional set size, where a
-// page shared by several of them counts once in all.
+// processes): resident memory summed over them, the proportional set size, where a page
+// shared by several of them counts once in all, and the private dirty memory (what the
+// system cannot take back without swap; mapped library text, for one, it can).
 Tree processTree(qint64 root)
 {
     QHash<qint64, qint64> parents;
@@ -92,6 +94,8 @@ Tree processTree(qint64 root)
                 break;
             tree.iResidentKb += iKb;
             tree.iProportionalKb += procKb(strDir + QStringLiteral("smaps_rollup"), "Pss:");
+            tree.iPrivateDirtyKb +=
+                procKb(strDir + QStringLiteral("smaps_rollup"), "Private_Dirty:");
             QFile cmdline(strDir + QStringLiteral("cmdline"));
             QByteArray args = cmdline.open(QIODevice::ReadOnly) ? cmdline.readAll() : QByteArray();
             const int iType = args.indexOf("--type=");
@@ -224,8 +228,9 @@ int main(int argc, char** argv)
     const double dGivenBackMb = (iClosedKb - idle.iResidentKb) / 1024.0;
     const auto verdict = [](bool bPass) { return bPass ? "PASS" : "FAIL"; };
     const auto row = [](const char* pszWhat, const Tree& tree) {
-        printf("  %-34s %8.1f MB  (proportional %.1f MB; %s)\n", pszWhat, tree.iResidentKb / 1024.0,
-               tree.iProportionalKb / 1024.0,
+        printf("  %-34s %8.1f MB  (proportional %.1f MB, private dirty %.1f MB; %s)\n", pszWhat,
+               tree.iResidentKb / 1024.0, tree.iProportionalKb / 1024.0,
+               tree.iPrivateDirtyKb / 1024.0,
                qPrintable(tree.lstProcesses.join(QStringLiteral(", "))));
     };
     printf("map benchmark (loopback tiles, %d later maps)\n", iRepetitions);
