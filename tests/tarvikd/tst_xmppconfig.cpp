@@ -29,40 +29,28 @@ void XmppConfigTest::load_data()
     QTest::addColumn<int>("port");
     QTest::addColumn<int>("problems");
 
+    const QString none;
     QTest::newRow("file")
         << "# the service\nxmpp_domain = Example.ORG\nxmpp_server=xmpp.example.org:5223\n"
-        << ""
-        << "example.org"
+        << none << "example.org"
         << "xmpp.example.org" << 5223 << 0;
     QTest::newRow("environment wins")
         << "xmpp_domain=example.org\nxmpp_server=a:1\n"
-        << "TARVIK_XMPP_DOMAIN=other.net;TARVIK_XMPP_SERVER=[::1]:5222"
-        << "other.net"
+        << QString("TARVIK_XMPP_DOMAIN=other.net;TARVIK_XMPP_SERVER=[::1]:5222") << "other.net"
         << "::1" << 5222 << 0;
-    QTest::newRow("no file") << QString() << "TARVIK_XMPP_DOMAIN=example.org"
-                             << "example.org"
-                             << "" << 0 << 0;
+    QTest::newRow("no file") << QString() << QString("TARVIK_XMPP_DOMAIN=example.org")
+                             << "example.org" << none << 0 << 0;
     QTest::newRow("bad server") << "xmpp_domain=example.org\nxmpp_server=example.org\n"
-                                << ""
-                                << "example.org"
-                                << "" << 0 << 1;
+                                << none << "example.org" << none << 0 << 1;
     QTest::newRow("port out of range") << "xmpp_domain=example.org\nxmpp_server=h:70000\n"
-                                       << ""
-                                       << "example.org"
-                                       << "" << 0 << 1;
+                                       << none << "example.org" << none << 0 << 1;
     QTest::newRow("a JID is not a domain") << "xmpp_domain=me@example.org\n"
-                                           << ""
-                                           << ""
-                                           << "" << 0 << 1;
+                                           << none << none << none << 0 << 1;
     QTest::newRow("unknown key and garbage") << "xmpp_domain=example.org\ncolour=blue\nnonsense\n"
-                                             << ""
-                                             << "example.org"
-                                             << "" << 0 << 2;
+                                             << none << "example.org" << none << 0 << 2;
     QTest::newRow("unreadable CA file")
         << "xmpp_domain=example.org\nxmpp_ca_file=/nonexistent.pem\n"
-        << ""
-        << "example.org"
-        << "" << 0 << 1;
+        << none << "example.org" << none << 0 << 1;
 }
 
 void XmppConfigTest::load()

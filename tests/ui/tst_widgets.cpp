@@ -3,12 +3,9 @@
 
 #include <QtTest>
 
-#include "ctoolbarlayout.h"
 #include "ctwlabel.h"
 #include "ctwlistview.h"
-#include "ctwpushbutton.h"
 #include "ctwstackedwidget.h"
-#include "ctwtoolbar.h"
 #include "ctwtoolbutton.h"
 #include "ctwwidget.h"
 #include "uiresources.h"
@@ -138,64 +135,6 @@ private slots:
         QCOMPARE(QList<QRgb>({image.pixel(79, 49), image.pixel(76, 46), image.pixel(75, 46),
                               image.pixel(76, 45), image.pixel(10, 5)}),
                  QList<QRgb>({MAGENTA, MAGENTA, GREEN, GREEN, GREEN}));
-    }
-
-    // Wrapped along the bottom of a portrait screen, the side bar's buttons keep their
-    // order in rows that fit, never overlap or leave the bar, are a finger high, and a short
-    // last row ends at the right edge (Back keeps its corner). A hidden button takes no cell.
-    void toolBarWrapsIntoRows_data()
-    {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("buttons");
-        QTest::addColumn<int>("rows");
-        QTest::newRow("one button") << 360 << 1 << 1;
-        QTest::newRow("three in one row") << 360 << 3 << 1;
-        QTest::newRow("five as three and two") << 360 << 5 << 2;
-        QTest::newRow("five fit a wider screen") << 599 << 5 << 1;
-        QTest::newRow("seven on a narrow one") << 240 << 7 << 4;
-    }
-    void toolBarWrapsIntoRows()
-    {
-        QFETCH(int, width);
-        QFETCH(int, buttons);
-        QFETCH(int, rows);
-        QWidget window;
-        auto* pBar = CTWToolBar::createSideBar(&window);
-        pBar->boxLayout()->addStretch(1);
-        QList<CTWPushButton*> list;
-        for (int i = 0; i <= buttons; ++i)
-            list.append(pBar->addButton(QStringLiteral("Button %1").arg(i), Qt::AlignBottom));
-        list.takeFirst()->hide();
-        pBar->setWrapping(true);
-        pBar->resize(width, pBar->heightForWidth(width));
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        pBar->layout()->activate();
-
-        QSet<int> rowTops;
-        for (int i = 0; i < list.size(); ++i) {
-            const QRect r = list[i]->geometry();
-            QVERIFY2(pBar->rect().contains(r), qPrintable(QStringLiteral("button %1").arg(i)));
-            QVERIFY(r.height() >= CToolBarLayout::TOUCH_TARGET);
-            QVERIFY(r.width() >= list[i]->sizeHint().width());
-            for (int j = 0; j < i; ++j) {
-                QVERIFY(!r.intersects(list[j]->geometry()));
-                // Reading order: row by row, left to right.
-                QVERIFY(list[j]->y() < r.y() || (list[j]->y() == r.y() && list[j]->x() < r.x()));
-            }
-            rowTops.insert(r.y());
-        }
-        QCOMPARE(rowTops.size(), rows);
-        QCOMPARE(list.last()->geometry().right(), width - 1 - CTWToolBar::SIDE_BAR_MARGIN);
-
-        // Back in a column: every button at the same left edge, one under the other.
-        pBar->setWrapping(false);
-        pBar->resize(pBar->sizeHint().width(), 600);
-        pBar->layout()->activate();
-        for (int i = 1; i < list.size(); ++i) {
-            QCOMPARE(list[i]->x(), list[0]->x());
-            QVERIFY(list[i]->y() > list[i - 1]->geometry().bottom());
-        }
     }
 };
 
