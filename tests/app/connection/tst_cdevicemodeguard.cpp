@@ -66,28 +66,24 @@ private Q_SLOTS:
 
         const auto mce = CDeviceModeGuard::eSourceMce;
         const auto nm = CDeviceModeGuard::eSourceNetworkManager;
-        const auto none = CDeviceModeGuard::eSourceNone;
-        QTest::newRow("MCE normal")
-            << QStringList{"--mce", "normal"} << "normal" << mce << "" << true;
-        QTest::newRow("MCE Offline in capitals")
-            << QStringList{"--mce", "Offline"} << "Offline" << mce << "" << true;
-        QTest::newRow("MCE offline, yes")
-            << QStringList{"--mce", "offline"} << "offline" << mce << "yes" << true;
-        QTest::newRow("MCE flight, no")
-            << QStringList{"--mce", "flight"} << "flight" << mce << "no" << false;
-        QTest::newRow("MCE offline, box closed")
-            << QStringList{"--mce", "offline"} << "offline" << mce << "close" << false;
-        QTest::newRow("MCE offline, parent window gone")
-            << QStringList{"--mce", "offline"} << "offline" << mce << "parent gone" << false;
-        QTest::newRow("MCE asked before NetworkManager")
-            << QStringList{"--mce", "normal", "--nm", "asleep"} << "normal" << mce << "" << true;
-        QTest::newRow("NetworkManager asleep, yes")
-            << QStringList{"--nm", "asleep"} << "offline" << nm << "yes" << true;
-        QTest::newRow("NetworkManager radios off, no")
-            << QStringList{"--nm", "online", "--nm-radios-off"} << "flight" << nm << "no" << false;
-        QTest::newRow("NetworkManager online")
-            << QStringList{"--nm", "online"} << "normal" << nm << "" << true;
-        QTest::newRow("neither service") << QStringList() << "normal" << none << "" << true;
+        const auto row = [](const char* pTag, const char* pFakes) -> QTestData& {
+            return QTest::newRow(pTag)
+                   << QString::fromLatin1(pFakes).split(' ', Qt::SkipEmptyParts);
+        };
+        row("MCE normal", "--mce normal") << "normal" << mce << "" << true;
+        row("MCE Offline in capitals", "--mce Offline") << "Offline" << mce << "" << true;
+        row("MCE offline, yes", "--mce offline") << "offline" << mce << "yes" << true;
+        row("MCE flight, no", "--mce flight") << "flight" << mce << "no" << false;
+        row("MCE offline, box closed", "--mce offline") << "offline" << mce << "close" << false;
+        row("MCE offline, parent gone", "--mce offline")
+            << "offline" << mce << "parent gone" << false;
+        row("MCE asked before NetworkManager", "--mce normal --nm asleep")
+            << "normal" << mce << "" << true;
+        row("NetworkManager asleep, yes", "--nm asleep") << "offline" << nm << "yes" << true;
+        row("NetworkManager radios off, no", "--nm online --nm-radios-off")
+            << "flight" << nm << "no" << false;
+        row("NetworkManager online", "--nm online") << "normal" << nm << "" << true;
+        row("neither service", "") << "normal" << CDeviceModeGuard::eSourceNone << "" << true;
     }
 
     void guard()

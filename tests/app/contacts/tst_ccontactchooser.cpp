@@ -98,33 +98,28 @@ private Q_SLOTS:
         QTest::addColumn<QString>("detailAction");   // "ok", "ok-none", "cancel", "parent gone"
         QTest::addColumn<QString>("result");
 
-        QTest::newRow("one phone")
-            << QStringList{"Ann One-Phone"} << "ok" << -1 << "" << QString("+3725550001");
-        QTest::newRow("one e-mail")
-            << QStringList{"Dan One-Mail"} << "ok" << -1 << "" << QString("dan@example.org");
-        QTest::newRow("phone and e-mail, pick e-mail")
-            << QStringList{"Bob Phone-And-Mail"} << "ok" << 1 << "ok" << QString("bob@example.org");
-        QTest::newRow("two phones, pick first")
-            << QStringList{"Eve Two-Phones"} << "ok" << 0 << "ok" << QString("+3726000001");
-        QTest::newRow("detail cancelled")
-            << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "cancel" << QString();
-        QTest::newRow("detail: parent window gone")
-            << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "parent gone" << QString();
-        QTest::newRow("detail without selection")
-            << QStringList{"Bob Phone-And-Mail"} << "ok" << 0 << "ok-none" << QString();
-        QTest::newRow("neither phone nor e-mail")
-            << QStringList{"Cid No-Address"} << "ok" << -1 << "" << QString();
-        QTest::newRow("several chosen: the first shown")
-            << QStringList{"Eve Two-Phones", "Ann One-Phone"} << "ok" << -1 << ""
-            << QString("+3725550001");
-        QTest::newRow("chooser cancelled")
-            << QStringList{"Ann One-Phone"} << "cancel" << -1 << "" << QString();
-        QTest::newRow("chooser: parent window gone")
-            << QStringList{"Ann One-Phone"} << "parent gone" << -1 << "" << QString();
-        QTest::newRow("chooser without selection")
-            << QStringList() << "ok" << -1 << "" << QString();
-        QTest::newRow("non-ASCII name")
-            << QStringList{"Õie Ümarik"} << "ok" << -1 << "" << QString("+3725550099");
+        const auto row = [](const char* pTag, const QStringList& chosen) -> QTestData& {
+            return QTest::newRow(pTag) << chosen;
+        };
+        const QString none;
+        row("one phone", {"Ann One-Phone"}) << "ok" << -1 << none << "+3725550001";
+        row("one e-mail", {"Dan One-Mail"}) << "ok" << -1 << none << "dan@example.org";
+        row("phone and e-mail, pick e-mail", {"Bob Phone-And-Mail"}) << "ok" << 1 << "ok"
+                                                                     << "bob@example.org";
+        row("two phones, pick first", {"Eve Two-Phones"}) << "ok" << 0 << "ok"
+                                                          << "+3726000001";
+        row("detail cancelled", {"Bob Phone-And-Mail"}) << "ok" << 0 << "cancel" << none;
+        row("detail: parent window gone", {"Bob Phone-And-Mail"})
+            << "ok" << 0 << "parent gone" << none;
+        row("detail without selection", {"Bob Phone-And-Mail"}) << "ok" << 0 << "ok-none" << none;
+        row("neither phone nor e-mail", {"Cid No-Address"}) << "ok" << -1 << none << none;
+        row("several chosen: the first shown", {"Eve Two-Phones", "Ann One-Phone"})
+            << "ok" << -1 << none << "+3725550001";
+        row("chooser cancelled", {"Ann One-Phone"}) << "cancel" << -1 << none << none;
+        row("chooser: parent window gone", {"Ann One-Phone"})
+            << "parent gone" << -1 << none << none;
+        row("chooser without selection", {}) << "ok" << -1 << none << none;
+        row("non-ASCII name", {"Õie Ümarik"}) << "ok" << -1 << none << "+3725550099";
     }
 
     void choose()

@@ -87,23 +87,6 @@ private Q_SLOTS:
         m_pWindow = nullptr;
     }
 
-    void entries()
-    {
-        QListWidget* pList = menu()->listWidget();
-        const QStringList lstTexts{"Send a tarvik", "Inbox",    "Outbox",      "Sent tarviks",
-                                   "Settings",      "Feedback", "About tarvik"};
-        QCOMPARE(pList->count(), lstTexts.size());
-        for (int i = 0; i < pList->count(); ++i) {
-            QCOMPARE(pList->item(i)->text(), lstTexts.at(i));
-            QVERIFY2(!pList->item(i)->icon().isNull(), qPrintable(lstTexts.at(i)));
-        }
-        QCOMPARE(pList->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
-        // All seven rows are on screen at once.
-        QVERIFY(pList->visualItemRect(pList->item(6)).bottom() < pList->viewport()->height());
-        QDir().mkpath(TARVIK_BINARY_DIR "/screenshots");
-        QVERIFY(m_pWindow->grab().save(TARVIK_BINARY_DIR "/screenshots/mainmenu.png"));
-    }
-
     void folderRows_data()
     {
         QTest::addColumn<int>("row");
