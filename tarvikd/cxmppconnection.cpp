@@ -8,6 +8,7 @@
 #include <openssl/crypto.h>
 #include <sys/socket.h>
 
+#include <QDeadlineTimer>
 #include <QDebug>
 #include <QElapsedTimer>
 #include <QMutex>
@@ -26,7 +27,7 @@ const char* const kNsRegisterFeature = "http://jabber.org/features/iq-register";
 const int kRoundsPerWakeup = 5;
 const int kBusyIntervalMs = 20;
 const int kWriteBudgetMs = 5;
-const int kCloseRounds = 300;  // of at most 10 ms each
+const int kCloseMs = 3000;  // the longest a closing handshake may take
 
 QString text(const char* value)
 {
@@ -289,7 +290,10 @@ void CXmppConnection::close()
         // Let the closing handshake run to its end: libstrophe frees a session's TLS state
         // only when the session ends by itself, not when a live one is released. Bounded, so
         // quitting never hangs on a dead peer.
-        for (int i = 0; i < kCloseRounds && m_pConn && !xmpp_conn_is_disconnected(m_pConn); ++i) {
+        // A time, not a number of rounds: a round ends early whenever data arrives, and a
+        // loaded machine needs the time.
+        const QDeadlineTimer deadline(kCloseMs);
+        while (m_pConn && !xmpp_conn_is_disconnected(m_pConn) && !deadline.hasExpired()) {
             xmpp_run_once(m_pCtx, 10);
         }
     }
