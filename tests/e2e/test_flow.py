@@ -104,12 +104,10 @@ def test_read_reply_forward_and_folders(bindir):
               "a sent message offers %r" % buttons)
         back_to(s, "tarvik - Sent (1)")
         back_to(s, "tarvik")
-        s.click(s.find("list item", "Outbox"))
-        s.wait_title("tarvik - Outbox (2)")
-        back_to(s, "tarvik")
-        s.click(s.find("list item", "Inbox"))
-        s.wait_title("tarvik - Inbox (1)")
-        back_to(s, "tarvik")
+        for item, title in (("Outbox", "tarvik - Outbox (2)"), ("Inbox", "tarvik - Inbox (1)")):
+            s.click(s.find("list item", item))
+            s.wait_title(title)
+            back_to(s, "tarvik")
 
 
 if __name__ == "__main__":
