@@ -145,6 +145,7 @@ private Q_SLOTS:
         QCOMPARE(pAbout->versionText(), QString("tarvik v 1.0.5 by QEL Communications"));
         QCOMPARE(pAbout->contactText(), "E-mail: " + CAboutForm::contactEmail());
         QCOMPARE(m_pWindow->windowTitle(), QString("About tarvik"));
+        QVERIFY(QDir().mkpath(TARVIK_BINARY_DIR "/screenshots"));
         QVERIFY(m_pWindow->grab().save(TARVIK_BINARY_DIR "/screenshots/about.png"));
 
         // Back closes it and the menu's title returns.
