@@ -8,6 +8,8 @@
 #include <QDebug>
 #include <QMetaType>
 #include <QMutexLocker>
+#include <cstdlib>
+#include <mutex>
 
 namespace Dravo {
 
@@ -134,6 +136,12 @@ void CAsyncTStorage::run()
     qDebug().noquote() << "CAsyncTStorage::run() " + m_strName;
     CTarvikStorage* storage = new CTarvikStorage(m_strName);
     registerMetaTypes();
+    // A program ended by exit() while the event loop runs (Qt does so when the display
+    // server goes away) never reaches the post routine, and static destruction would pull
+    // Qt SQL's connection table from under a running worker. Registered after that table
+    // exists, this handler runs before it is destroyed.
+    static std::once_flag s_exitHandler;
+    std::call_once(s_exitHandler, [] { std::atexit(&CAsyncTStorage::waitForAllWorkers); });
 
     const Qt::ConnectionType q = Qt::QueuedConnection;
     QList<QMetaObject::Connection> connections = {

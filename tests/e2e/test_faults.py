@@ -309,5 +309,17 @@ def test_no_buses(bindir):
         s.quit_client()  # fails unless the exit status is 0
 
 
+def test_display_server_dies(bindir):
+    """The display server going away ends the client through Qt's exit(1) while its storage
+    worker runs: the exit must be that status, not a crash in static destruction."""
+    with client(bindir, FAILING) as s:
+        xvfb = next(p for p in s.procs if os.path.basename(p.args[0]) == "Xvfb")
+        xvfb.kill()
+        status = s.client.wait(30)
+        s.client = None
+        check(status == 1, "the client ended with status %r after the display went" % status)
+
+
 if __name__ == "__main__":
-    run([test_send_faults, test_gps_faults, test_registration_on_flapping_network, test_no_buses])
+    run([test_send_faults, test_gps_faults, test_registration_on_flapping_network, test_no_buses,
+         test_display_server_dies])
