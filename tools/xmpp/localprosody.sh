@@ -37,6 +37,13 @@ usage() {
   exit 2
 }
 
+# Whether process PID exists and is not a zombie.
+running() {
+  local state
+  state=$(sed 's/^.*) //' "/proc/$1/stat" 2>/dev/null | cut -d' ' -f1) || return 1
+  [ -n "$state" ] && [ "$state" != Z ]
+}
+
 # The pid in DIR/pid when that process is alive and is our prosody (guards against a
 # reused pid). A zombie counts as gone: the parent of a detached prosody is whoever
 # adopted it, and that may never reap it.
@@ -199,7 +206,9 @@ cmd_start() {
 
   # Up to 30 s: a loaded machine (two test suites at once) starts prosody slowly.
   for ((i = 0; i < 300; i++)); do
-    if ! kill -0 "$pid" 2>/dev/null || ! live_pid "$dir" >/dev/null; then
+    # Our own child, so its pid cannot have been reused; but until setsid has exec'd,
+    # its command line is still this script's: only its end (gone, or a zombie) counts.
+    if ! running "$pid"; then
       echo "localprosody: prosody exited during start-up; log:" >&2
       log_tail "$dir" "$mark"
       rm -f "$dir/pid"
