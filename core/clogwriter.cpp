@@ -3,12 +3,23 @@
 
 #include "clogwriter.h"
 
+#include <errno.h>
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <QDir>
 #include <QFile>
 #include <QMutex>
 #include <QMutexLocker>
 
 namespace Dravo {
+
+namespace {
+// One writer at a time keeps lines whole (the storage worker logs too); the path is the one
+// of the last install().
+QMutex s_mutex;
+QByteArray s_path;
+}  // namespace
 
 QString CLogWriter::logDirectory()
 {
@@ -50,22 +61,38 @@ bool CLogWriter::install()
         return false;
     }
     QFile::remove(logFilePath());
+    {
+        QMutexLocker locker(&s_mutex);
+        s_path = QFile::encodeName(logFilePath());
+    }
     qInstallMessageHandler(&CLogWriter::messageHandler);
     return true;
 }
 
-void CLogWriter::messageHandler(QtMsgType, const QMessageLogContext&, const QString& message)
+void CLogWriter::messageHandler(QtMsgType, const QMessageLogContext& context,
+                                const QString& message)
 {
-    // The storage worker logs too; one writer at a time keeps lines whole.
-    static QMutex s_mutex;
-    QMutexLocker locker(&s_mutex);
-    QFile file(logFilePath());
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
-        return;
+    Q_UNUSED(context);
+    // The file is opened for each line, with plain system calls: the client logs on its
+    // start-up path.
     QByteArray baLine = message.toUtf8();
     baLine.append('\n');
-    file.write(baLine);
-    file.close();
+    QMutexLocker locker(&s_mutex);
+    if (s_path.isEmpty())
+        s_path = QFile::encodeName(logFilePath());
+    const int fd = ::open(s_path.constData(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+    if (fd < 0)
+        return;
+    for (qsizetype written = 0; written < baLine.size();) {
+        const ssize_t n =
+            ::write(fd, baLine.constData() + written, size_t(baLine.size() - written));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            break;
+        written += n;
+    }
+    ::close(fd);
 }
 
 }  // namespace Dravo

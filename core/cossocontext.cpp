@@ -3,6 +3,8 @@
 
 #include "cossocontext.h"
 
+#include "cbusname.h"
+
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
@@ -48,7 +50,7 @@ void COssoContext::init()
     }
     // The name is wanted but not required: a second instance still gets its calls
     // through the unique name.
-    bus.registerService(serviceName());
+    requestBusName(bus, serviceName());
     m_pVirtualObject = new CVirtualObject(this);
     if (!bus.registerVirtualObject(objectPath(), m_pVirtualObject)) {
         qDebug("COssoContext::Failed to set LibOSSO callback");

@@ -16,7 +16,7 @@ PACKAGES=(
   qt6-tools-dev-tools qdbus-qt6
   qt6-tools-dev qt6-l10n-tools qt6-translations-l10n
   libgl-dev libxkbcommon-dev libx11-dev libxdamage-dev
-  libsqlite3-dev sqlite3 zlib1g-dev
+  libsqlite3-dev sqlite3 zlib1g-dev libfontconfig-dev
   dbus dbus-daemon dbus-x11
   xvfb xauth x11-utils imagemagick librsvg2-bin
   qt6-wayland weston

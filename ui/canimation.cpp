@@ -3,6 +3,8 @@
 
 #include "canimation.h"
 
+#include "uiresources.h"
+
 #include <QPainter>
 
 namespace Dravo {
@@ -40,7 +42,8 @@ bool CAnimation::load(const QString& strPath, int iFramesCount, int iInterval)
     stop();
     setFramesCount(iFramesCount);
     setInterval(iInterval);
-    const bool bLoaded = m_image.load(strPath);
+    m_image = readArt(strPath);
+    const bool bLoaded = !m_image.isNull();
     if (!bLoaded) {
         m_image = QImage();
         qWarning("CAnimation::load failed to load %s", qPrintable(strPath));

@@ -3,7 +3,10 @@
 
 #include "uiresources.h"
 
+#include <QFileInfo>
+#include <QGuiApplication>
 #include <QHash>
+#include <QImageReader>
 #include <QMutex>
 #include <QtGlobal>
 
@@ -15,6 +18,22 @@ static void registerUiResources()
 }
 
 namespace Dravo {
+
+QImage readArt(const QString& strPath, const char* pFormat)
+{
+    // The art is PNG, which Qt reads itself. Named, and with content detection off, it is
+    // read without Qt first loading every image plugin to ask each whether it knows the data.
+    const QByteArray format =
+        pFormat ? QByteArray(pFormat) : QFileInfo(strPath).suffix().toLower().toLatin1();
+    if (format == "png") {
+        QImageReader reader(strPath, format);
+        reader.setAutoDetectImageFormat(false);
+        QImage image;
+        if (reader.read(&image))
+            return image;
+    }
+    return QImage(strPath, pFormat);
+}
 
 namespace {
 
@@ -40,7 +59,7 @@ QImage cachedImage(const QString& strPath, int iScale, const char* pFormat)
     const auto it = s_images.constFind(strPath);
     if (it != s_images.constEnd())
         return *it;
-    QImage image(strPath, pFormat);
+    QImage image = readArt(strPath, pFormat);
     if (!image.isNull())
         image.setDevicePixelRatio(iScale);
     s_images.insert(strPath, image);
@@ -75,6 +94,22 @@ QPixmap artPixmap(const QString& strPath, qreal dpr)
                          Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     image.setDevicePixelRatio(dpr);
     return QPixmap::fromImage(image);
+}
+
+QIcon artIcon(const QString& strPath)
+{
+    QIcon icon;
+    const QImage base = cachedImage(strPath, 1, nullptr);
+    if (base.isNull())
+        return icon;
+    icon.addPixmap(QPixmap::fromImage(base));
+    const qreal dpr = qGuiApp ? qGuiApp->devicePixelRatio() : 1.0;
+    if (dpr > 1) {
+        const QImage variant = artImage(strPath, dpr);
+        if (variant.devicePixelRatio() > 1)
+            icon.addPixmap(QPixmap::fromImage(variant));
+    }
+    return icon;
 }
 
 QSize artIconSize(const QIcon& icon)

@@ -7,6 +7,7 @@
 #include <QDBusError>
 #include <QtDebug>
 
+#include "cbusname.h"
 #include "tarvikadaptors.h"
 
 namespace Tarvik {
@@ -41,7 +42,7 @@ DBusObject::DBusObject()
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (bus.isConnected()) {
         bus.registerObject(objectPath(), this, QDBusConnection::ExportAdaptors);
-        bus.registerService(serviceName());
+        Dravo::requestBusName(bus, serviceName());
     } else {
         qWarning().noquote()
             << QStringLiteral("Tarvik::DBusObject: no session bus, the daemon is out of reach: %1")

@@ -20,6 +20,7 @@
 #include "cossocontext.h"
 #include "cquitonsignal.h"
 #include "cscreens.h"
+#include "cstartupprefetch.h"
 #include "ctranslations.h"
 #include "dbusobject.h"
 #include "uiresources.h"
@@ -28,6 +29,8 @@ using namespace Dravo;
 
 int main(int argc, char** argv)
 {
+    CStartupPrefetch prefetch;
+
     // The map module's web engine refuses to run as root with its sandbox on; the
     // variable must be set before any Qt object exists.
     if (geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX"))
@@ -40,6 +43,7 @@ int main(int argc, char** argv)
         CLogWriter::install();
 
     QApplication app(argc, argv);
+    prefetch.startBus();
     // The Wayland app id (and X11 class hint) names the desktop entry, from which a
     // phone's shell takes the icon, the name and the form factors.
     QGuiApplication::setDesktopFileName(QStringLiteral("com.qel.tarvik"));
@@ -78,9 +82,7 @@ int main(int argc, char** argv)
 
     // The daemon learns that the client is up; its answer is neither awaited nor
     // checked, so a missing daemon changes nothing here.
-    auto* pDaemon = new ComQelTarvikDaemonInterface(Tarvik::DBusObject::daemonService(),
-                                                    Tarvik::DBusObject::daemonPath(),
-                                                    QDBusConnection::sessionBus());
+    ComQelTarvikDaemonInterface* pDaemon = prefetch.takeDaemonProxy();
     pDaemon->OnClientStarted();
 
     Tarvik::DBusObject::instance()->EmitApplicationStarted();

@@ -16,6 +16,7 @@
 #include "ctwpushbutton.h"
 #include "ctwtoolbar.h"
 #include "ctwtoolbutton.h"
+#include "uiresources.h"
 
 namespace Dravo {
 
@@ -144,7 +145,7 @@ QString CMapForm::title() const
 CTWToolButton* CMapForm::addArrow(const QString& strFile, const QString& strName)
 {
     CTWToolButton* pButton =
-        CTWToolButton::createButton(QIcon(QStringLiteral(":/res/img/") + strFile));
+        CTWToolButton::createButton(artIcon(QStringLiteral(":/res/img/") + strFile));
     pButton->setParent(m_pMapControls);
     pButton->setAccessibleName(strName);
     pButton->setToolTip(strName);

@@ -14,6 +14,7 @@
 #include "ctexts.h"
 #include "ctouchscroller.h"
 #include "ctwlistitemdelegate.h"
+#include "uiresources.h"
 
 #ifndef TARVIK_FEEDBACK_URL
 #define TARVIK_FEEDBACK_URL "https://tarvik.example.org/feedback"
@@ -72,7 +73,8 @@ CMainMenuForm::CMainMenuForm(QWidget* parent)
         {":/res/img/about.png", CTexts::aboutTarvik()},
     };
     for (const auto& entry : entries)
-        new QListWidgetItem(QIcon(QString::fromLatin1(entry.pIcon)), entry.strText, m_pListWidget);
+        new QListWidgetItem(artIcon(QString::fromLatin1(entry.pIcon)), entry.strText,
+                            m_pListWidget);
 
     pLayout->addWidget(m_pListWidget, 1);
 }
