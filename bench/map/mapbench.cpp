@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Map benchmark: from the "Show on map" click to the map's tiles shown, against a loopback
-// tile server, for the first map (plugin and web engine loaded on the way) and for later
-// ones; and the resident memory of this process plus its web engine processes while a map
-// is shown and after it is closed. Figures are printed with their targets.
+// tile server, for the first map (plugin loaded on the way) and for later ones; and the
+// resident memory of this process plus every process it started (the map view helper and
+// its web engine processes) while a map is shown and after it is closed. Figures are
+// printed with their targets.
 //
 // Run under Xvfb or QT_QPA_PLATFORM=offscreen: tarvik-bench-map [repetitions]
-#include <unistd.h>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -64,8 +64,8 @@ struct Tree
     QStringList lstProcesses;
 };
 
-// This process and all its descendants (the web engine's zygotes, renderer and utility
-// processes): resident memory summed over them, the proportional set size, where a page
+// This process and all its descendants (the map view helper, the web engine's renderer
+// and utility processes): resident memory summed over them, the proportional set size, where a page
 // shared by several of them counts once in all, and the private dirty memory (what the
 // system cannot take back without swap; mapped library text, for one, it can).
 Tree processTree(qint64 root)
@@ -136,7 +136,7 @@ bool spinUntil(const std::function<bool()>& done, int iTimeoutMs)
     return done();
 }
 
-// Targets: the first map (plugin and web engine loaded on the way) and later ones, click
+// Targets: the first map (plugin loaded on the way) and later ones, click
 // to tiles; resident memory once the maps are closed (measured after kSettleMs), against
 // before the first.
 const int kFirstTargetMs = 1500;
@@ -153,12 +153,6 @@ double median(QList<double> values)
 
 int main(int argc, char** argv)
 {
-    // Nothing about OpenGL here: like the client, the map module asks for the shared
-    // context when it loads the plugin, so the figure before the first map has no OpenGL
-    // driver in it.
-
-    if (geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX"))
-        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
     // No system bus: the network counts as up, as on a desktop without NetworkManager.
     if (qEnvironmentVariableIsEmpty("DBUS_SYSTEM_BUS_ADDRESS"))
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/tarvik-bench-bus");
