@@ -30,10 +30,14 @@ QLocalSocket* s_pSocket = nullptr;
 // (other threads, no client any more) goes to standard error.
 void forwardMessage(QtMsgType type, const QMessageLogContext&, const QString& strMessage)
 {
-    if (s_pSocket && s_pSocket->state() == QLocalSocket::ConnectedState &&
+    // A line logged while one is being sent (by the socket itself) goes to standard error.
+    static bool s_bSending = false;
+    if (s_pSocket && !s_bSending && s_pSocket->state() == QLocalSocket::ConnectedState &&
         QThread::currentThread() == qApp->thread()) {
+        s_bSending = true;
         MapViewProtocol::send(s_pSocket, MapViewProtocol::eLog,
                               [&](QDataStream& out) { out << int(type) << strMessage; });
+        s_bSending = false;
         return;
     }
     fprintf(stderr, "tarvik-mapview: %s\n", qPrintable(strMessage));

@@ -13,6 +13,7 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
+#include <QFileInfo>
 #include <QTest>
 #include <QTimer>
 #include <algorithm>
@@ -99,10 +100,15 @@ Tree processTree(qint64 root)
             QFile cmdline(strDir + QStringLiteral("cmdline"));
             QByteArray args = cmdline.open(QIODevice::ReadOnly) ? cmdline.readAll() : QByteArray();
             const int iType = args.indexOf("--type=");
-            // The web engine's processes rewrite their command line into one string.
-            const QByteArray name = iType >= 0
-                                        ? args.mid(iType + 7).replace('\0', ' ').split(' ').value(0)
-                                        : QByteArray("client");
+            // The web engine's processes rewrite their command line into one string; the
+            // others are named by their program.
+            QByteArray name = "client";
+            if (iType >= 0)
+                name = args.mid(iType + 7).replace('\0', ' ').split(' ').value(0);
+            else if (it.key() != root)
+                name = QFileInfo(QString::fromLocal8Bit(args.split('\0').value(0)))
+                           .fileName()
+                           .toLocal8Bit();
             tree.lstProcesses << QStringLiteral("%1 %2 MB")
                                      .arg(QString::fromLatin1(name))
                                      .arg(iKb / 1024.0, 0, 'f', 1);
