@@ -25,6 +25,28 @@ using namespace MapViewProtocol;
 namespace {
 // How long a helper whose view has gone may take to end by itself before it is killed.
 const int kHelperExitMs = 5000;
+
+// Helpers whose views have gone but that are still ending.
+QList<QProcess*>& endingHelpers()
+{
+    static QList<QProcess*> s_lstHelpers;
+    return s_lstHelpers;
+}
+
+// At exit, the helpers still ending are waited for (and killed when they take too long),
+// so that none outlives the client.
+void waitForEndingHelpers()
+{
+    const QList<QProcess*> lstHelpers = endingHelpers();
+    endingHelpers().clear();
+    for (QProcess* pProcess : lstHelpers) {
+        if (!pProcess->waitForFinished(kHelperExitMs)) {
+            pProcess->kill();
+            pProcess->waitForFinished(1000);
+        }
+        delete pProcess;
+    }
+}
 }  // namespace
 
 CMapWebView::CMapWebView(const CLocation& location, bool bIsRouteMap, QWidget* parent)
@@ -54,8 +76,17 @@ CMapWebView::~CMapWebView()
     QProcess* pProcess = m_pProcess;
     disconnect(pProcess, nullptr, this, nullptr);
     m_pSocket->abort();
-    pProcess->setParent(qApp);
-    connect(pProcess, &QProcess::finished, pProcess, &QObject::deleteLater);
+    pProcess->setParent(nullptr);
+    static bool s_bWaitAtExit = false;
+    if (!s_bWaitAtExit) {
+        s_bWaitAtExit = true;
+        qAddPostRoutine(waitForEndingHelpers);
+    }
+    endingHelpers().append(pProcess);
+    connect(pProcess, &QProcess::finished, pProcess, [pProcess] {
+        endingHelpers().removeOne(pProcess);
+        pProcess->deleteLater();
+    });
     QTimer::singleShot(kHelperExitMs, pProcess, &QProcess::kill);
 }
 
