@@ -36,7 +36,7 @@ private:
 };
 
 // The object the pages know as jsEventsListener: it passes their callbacks on as
-// signals. Only these three slots are published.
+// signals. It has no properties; the pages call its three slots.
 class CMapPageBridge : public QObject
 {
     Q_OBJECT

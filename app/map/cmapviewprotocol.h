@@ -23,11 +23,11 @@ const QDataStream::Version kStreamVersion = QDataStream::Qt_6_4;
 enum eMessage : quint8
 {
     // Client to helper.
-    eLoad = 1,       // bool route page, QString page settings script, QString user agent, QSize
-    eResize = 2,     // QSize
-    eRunScript = 3,  // QString script
-    eEvaluate = 4,   // quint32 id, QString script; answered by eResult
-                    // Helper to client.
+    eLoad = 1,           // bool route page, QString page settings script, QString user agent, QSize
+    eResize = 2,         // QSize
+    eRunScript = 3,      // QString script
+    eEvaluate = 4,       // quint32 id, QString script; answered by eResult
+                         // Helper to client.
     eLoadFinished = 20,  // bool ok
     eRouteError = 21,    // QString text from the page
     eRouteLoaded = 22,
@@ -37,7 +37,7 @@ enum eMessage : quint8
     eResult = 26,  // quint32 id, QVariant
 };
 
-// Sends one message: its type and the arguments that pWrite puts on the stream.
+// Sends one message: its type and the arguments that write() puts on the stream.
 template <typename F>
 void send(QIODevice* pDevice, eMessage type, F write)
 {

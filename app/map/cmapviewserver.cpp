@@ -26,12 +26,12 @@ const int kEventDelayMs = 150;
 CMapViewServer::CMapViewServer(CMapPageView* pView, QLocalSocket* pSocket)
     : m_pView(pView), m_pSocket(pSocket), m_bGrabbing(false)
 {
-    m_frameTimer.setSingleShot(true);
-    m_frameTimer.setInterval(kFrameDelayMs);
-    connect(&m_frameTimer, &QTimer::timeout, this, &CMapViewServer::sendFrame);
-    m_eventTimer.setSingleShot(true);
-    m_eventTimer.setInterval(kEventDelayMs);
-    connect(&m_eventTimer, &QTimer::timeout, this, &CMapViewServer::flushEvents);
+    m_timerFrame.setSingleShot(true);
+    m_timerFrame.setInterval(kFrameDelayMs);
+    connect(&m_timerFrame, &QTimer::timeout, this, &CMapViewServer::sendFrame);
+    m_timerEvents.setSingleShot(true);
+    m_timerEvents.setInterval(kEventDelayMs);
+    connect(&m_timerEvents, &QTimer::timeout, this, &CMapViewServer::flushEvents);
 
     connect(m_pSocket, &QLocalSocket::readyRead, this, &CMapViewServer::onReadyRead);
     connect(m_pSocket, &QLocalSocket::disconnected, qApp, &QCoreApplication::quit,
@@ -40,7 +40,7 @@ CMapViewServer::CMapViewServer(CMapPageView* pView, QLocalSocket* pSocket)
     connect(m_pView, &QWebEngineView::loadFinished, this, [this](bool ok) {
         attachRenderer();
         send(m_pSocket, eLoadFinished, [ok](QDataStream& out) { out << ok; });
-        m_frameTimer.start();
+        m_timerFrame.start();
     });
     CMapPageBridge* pBridge = m_pView->bridge();
     connect(pBridge, &CMapPageBridge::routeError, this,
@@ -117,8 +117,8 @@ void CMapViewServer::attachRenderer()
 
 void CMapViewServer::onRendered()
 {
-    if (!m_bGrabbing && !m_frameTimer.isActive())
-        m_frameTimer.start();
+    if (!m_bGrabbing && !m_timerFrame.isActive())
+        m_timerFrame.start();
 }
 
 void CMapViewServer::sendFrame()
@@ -138,13 +138,13 @@ void CMapViewServer::sendFrame()
 void CMapViewServer::queueEvent(quint8 type, const QString& strText)
 {
     m_lstEvents.append({type, strText});
-    if (!m_eventTimer.isActive())
-        m_eventTimer.start();
+    if (!m_timerEvents.isActive())
+        m_timerEvents.start();
 }
 
 void CMapViewServer::flushEvents()
 {
-    m_eventTimer.stop();
+    m_timerEvents.stop();
     const QList<QPair<quint8, QString>> lstEvents = m_lstEvents;
     m_lstEvents.clear();
     for (const auto& event : lstEvents) {

@@ -41,8 +41,8 @@ private:
     QPointer<QQuickWidget> m_pRenderer;
     bool m_bGrabbing;
     QImage m_lastFrame;
-    QTimer m_frameTimer;
-    QTimer m_eventTimer;
+    QTimer m_timerFrame;
+    QTimer m_timerEvents;
     QList<QPair<quint8, QString>> m_lstEvents;
 };
 

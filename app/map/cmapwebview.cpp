@@ -158,8 +158,8 @@ void CMapWebView::onHelperGone(const QString& strReason)
     m_bPageReady = false;
     setFailureText(CTexts::mapUnavailable());
     setBusy(false);
-    const auto results = m_results;
-    m_results.clear();
+    const auto results = m_mapResults;
+    m_mapResults.clear();
     for (const auto& result : results)
         result(QVariant());
     // The owner hears of it as of a failed load, after its connections are made.
@@ -225,7 +225,7 @@ void CMapWebView::onHelperMessages()
                 quint32 iId = 0;
                 QVariant value;
                 in >> iId >> value;
-                if (auto result = m_results.take(iId))
+                if (auto result = m_mapResults.take(iId))
                     result(value);
                 break;
             }
@@ -377,7 +377,7 @@ void CMapWebView::runJavaScript(const QString& strScript,
         return;
     }
     const quint32 iId = ++m_iLastEvaluation;
-    m_results.insert(iId, result);
+    m_mapResults.insert(iId, result);
     send(m_pSocket, eEvaluate, [&](QDataStream& out) { out << iId << strScript; });
 }
 

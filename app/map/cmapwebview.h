@@ -81,7 +81,7 @@ private:
     QPointer<QProcess> m_pProcess;
     QLocalSocket* m_pSocket;
     quint32 m_iLastEvaluation;
-    QHash<quint32, std::function<void(const QVariant&)>> m_results;
+    QHash<quint32, std::function<void(const QVariant&)>> m_mapResults;
 };
 
 }  // namespace Dravo
