@@ -1,8 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The tarvik authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include <unistd.h>
-
 #include <QApplication>
 #include <QDBusConnection>
 #include <QLoggingCategory>
@@ -30,11 +28,6 @@ using namespace Dravo;
 int main(int argc, char** argv)
 {
     CStartupPrefetch prefetch;
-
-    // The map module's web engine refuses to run as root with its sandbox on; the
-    // variable must be set before any Qt object exists.
-    if (geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX"))
-        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
 
     // The log is the client's trace: keep its debug lines even where the system's Qt
     // configuration turns debug output off (QT_LOGGING_RULES, when given, still wins).

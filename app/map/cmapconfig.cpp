@@ -3,17 +3,12 @@
 
 #include "cmapconfig.h"
 
-#include <malloc.h>
-
 #include <QCoreApplication>
+#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
-#include <QTimer>
 #include <QUrl>
-#include <QWebEngineProfile>
-#include <QWebEngineScript>
-#include <QWebEngineScriptCollection>
 #include <QtDebug>
 
 #include "ctexts.h"
@@ -23,8 +18,6 @@ namespace Dravo {
 namespace {
 int s_iTilesTimeoutMs = 10000;
 int s_iRouteTimeoutMs = 15000;
-QWebEngineProfile* s_pProfile = nullptr;
-int s_iPages = 0;
 
 bool isWebUrl(const QUrl& url)
 {
@@ -141,37 +134,13 @@ QString CMapConfig::pageConfigScript()
         .arg(QString::fromUtf8(QJsonDocument(config).toJson(QJsonDocument::Compact)));
 }
 
-QWebEngineProfile* CMapConfig::profile()
+QString CMapConfig::helperPath()
 {
-    if (!s_pProfile) {
-        // No storage name: nothing is written to disk; tiles stay in the memory cache
-        // while maps are open.
-        s_pProfile = new QWebEngineProfile(qApp);
-        s_pProfile->setHttpUserAgent(userAgent());
-        s_pProfile->setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
-    }
-    return s_pProfile;
-}
-
-void CMapConfig::pageCreated()
-{
-    ++s_iPages;
-}
-
-void CMapConfig::pageDestroyed()
-{
-    if (--s_iPages > 0)
-        return;
-    // The last map page is gone. Its profile goes too, with its network context and memory
-    // cache, once the page's own teardown has run; then the heap that the web engine has
-    // freed is handed back to the system. The next map makes a new profile.
-    QTimer::singleShot(0, qApp, [] {
-        if (s_iPages > 0 || !s_pProfile)
-            return;
-        delete s_pProfile;
-        s_pProfile = nullptr;
-        malloc_trim(0);
-    });
+    QString strDir = qEnvironmentVariable("TARVIK_PLUGIN_DIR");
+    if (strDir.isEmpty())
+        strDir = QDir(QCoreApplication::applicationDirPath())
+                     .filePath(QStringLiteral(TARVIK_PLUGIN_RELDIR));
+    return QDir::cleanPath(QDir(strDir).filePath(QStringLiteral("tarvik-mapview")));
 }
 
 }  // namespace Dravo

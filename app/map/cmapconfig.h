@@ -5,12 +5,10 @@
 
 #include <QString>
 
-class QWebEngineProfile;
-
 namespace Dravo {
 
 // Where the map pages get their tiles and routes, how long the client waits for them,
-// and the browser profile the map views share.
+// and where the map view helper is.
 class CMapConfig
 {
 public:
@@ -40,12 +38,10 @@ public:
 
     // The script that hands the settings above to the pages, run before their own scripts.
     static QString pageConfigScript();
-    // An off-the-record profile with the client's User-Agent, shared by all map pages;
-    // they report themselves below, and it is deleted once the last of them is (the
-    // pointer is then stale: ask again for the next page).
-    static QWebEngineProfile* profile();
-    static void pageCreated();
-    static void pageDestroyed();
+    // The map view helper, tarvik-mapview: beside the plugins, in $TARVIK_PLUGIN_DIR when
+    // that is set, otherwise where the build or the installation puts them, relative to
+    // the executable.
+    static QString helperPath();
 };
 
 }  // namespace Dravo

@@ -61,7 +61,7 @@ CMapForm::CMapForm(QWidget* parent, const CTarvik& tarvik, int eType)
     m_pMapView = new CMapWebView(CLocation(tarvik.latitude(), tarvik.longitude()),
                                  eType != eTypePosition, this);
     m_pMapView->setAccessibleName(CTexts::map());
-    connect(m_pMapView, &QWebEngineView::loadFinished, this, &CMapForm::onLoadFinished);
+    connect(m_pMapView, &CMapWebView::loadFinished, this, &CMapForm::onLoadFinished);
     connect(m_pMapView, &CMapWebView::signalRouteError, this, &CMapForm::onRouteError);
     connect(m_pMapView, &CMapWebView::signalRouteLoaded, this, &CMapForm::onRouteLoaded);
     connect(m_pMapView, &CMapWebView::signalMapTilesLoaded, this, &CMapForm::onMapTilesLoaded);

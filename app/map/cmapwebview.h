@@ -3,67 +3,32 @@
 
 #pragma once
 
-#include <QStringList>
+#include <QHash>
+#include <QPointer>
+#include <QVariant>
+#include <functional>
 
 #include "clocation.h"
 #include "ctwwebview.h"
 
-#include <QWebEnginePage>
-
-class QWebChannel;
+class QLocalSocket;
+class QProcess;
 
 namespace Dravo {
 
-class CMapWebView;
-
-// The page of a map view. It loads only the view's own page: every other navigation (a
-// link, a script changing location, a drop) is refused and logged, windows cannot be
-// opened from script, and local content cannot read files. Its console lines reach the
-// log on one line each.
-class CMapPage : public QWebEnginePage
-{
-    Q_OBJECT
-public:
-    explicit CMapPage(QWebEngineProfile* pProfile);
-    ~CMapPage() override;
-
-    // The next main-frame navigation is the view's own setHtml().
-    void expectOwnLoad() { m_bOwnLoad = true; }
-
-protected:
-    bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
-    void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& strMessage,
-                                  int iLine, const QString& strSource) override;
-
-private:
-    bool m_bOwnLoad;
-};
-
-// The object the pages know as jsEventsListener: it hands their callbacks to the view.
-// Only these three slots are published, not the view's own properties.
-class CMapPageBridge : public QObject
-{
-    Q_OBJECT
-public:
-    explicit CMapPageBridge(CMapWebView* pView);
-
-public slots:
-    void onRouteError(const QString& strText);
-    void onRouteLoaded();
-    void onMapTilesLoaded();
-
-private:
-    CMapWebView* m_pView;
-};
-
 // Shows a position (":/res/map.html") or a route to it (":/res/route.html") and drives
-// the page with short script calls; the page answers through jsEventsListener. Every tap,
-// drag and key is refused: the map moves only through the form's buttons.
+// the page with short script calls; the page answers through jsEventsListener. The page
+// runs in the map view helper (tarvik-mapview), a process started for this view alone
+// and ended with it, so that Qt WebEngine never enters the client; the view shows the
+// pictures the helper sends. Every tap, drag and key is refused: the map moves only
+// through the form's buttons. When the helper cannot start or ends early, the view says
+// that the map is unavailable, with one log line.
 class CMapWebView : public CTWWebView
 {
     Q_OBJECT
 public:
     CMapWebView(const CLocation& location, bool bIsRouteMap, QWidget* parent);
+    ~CMapWebView() override;
 
     void showMap();
     void showRoute(double dLatitude, double dLongitude);
@@ -72,16 +37,19 @@ public:
     void executeMapAction(int iActionType);
     void pageDown();
     void pageUp();
+    // Runs a script in the page and hands its value to result; an invalid value when the
+    // helper is gone.
+    void runJavaScript(const QString& strScript,
+                       const std::function<void(const QVariant&)>& result);
 
     bool isRouteMap() const { return m_bIsRouteMap; }
     const CLocation& location() const { return m_location; }
     // True once the page has loaded and can take calls; calls made before wait for it.
     bool isPageReady() const { return m_bPageReady; }
+    // The helper's process id; 0 when it is not running.
+    qint64 helperProcessId() const;
     // The exact script texts of the map actions; an empty text for unknown actions.
     static QString mapActionScript(int iActionType);
-    // A text from the page made fit for one log line: line breaks and other control
-    // characters become spaces, and it is cut to 300 characters.
-    static QString logSafe(const QString& strText);
 
 signals:
     void signalRouteError();
@@ -92,7 +60,6 @@ public slots:
     void loadHtml();
     void onLoadFinished(bool ok);
     void resizeMap();
-    void onJavaScriptWindowObjectCleared();
     void onRouteError(const QString& strText);
     void onRouteLoaded();
     void onMapTilesLoaded();
@@ -101,16 +68,20 @@ protected:
     void resizeEvent(QResizeEvent* pEvent) override;
 
 private:
+    void startHelper();
+    void onHelperMessages();
+    void onHelperGone(const QString& strReason);
     void evaluate(const QString& strScript);
     void showRouteScript(const char* pszFunction, double dLatitude, double dLongitude);
 
     CLocation m_location;
     bool m_bIsRouteMap;
     bool m_bPageReady;
-    QStringList m_lstPending;
-    CMapPage* m_pPage;
-    QWebChannel* m_pChannel;
-    CMapPageBridge* m_pBridge;
+    bool m_bLoadReported;
+    QPointer<QProcess> m_pProcess;
+    QLocalSocket* m_pSocket;
+    quint32 m_iLastEvaluation;
+    QHash<quint32, std::function<void(const QVariant&)>> m_mapResults;
 };
 
 }  // namespace Dravo

@@ -3,38 +3,10 @@
 
 #include "ctwwebview.h"
 
-#include <QChildEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QTimer>
-#include <QWebEnginePage>
 
 namespace Dravo {
-
-namespace {
-// Covers the page while the view is busy; the rendering child would otherwise paint over
-// anything the view itself draws.
-class CBusyCover : public QWidget
-{
-public:
-    explicit CBusyCover(CTWWebView* pView) : QWidget(pView), m_pView(pView)
-    {
-        setAttribute(Qt::WA_OpaquePaintEvent);
-        setAttribute(Qt::WA_TransparentForMouseEvents);
-        hide();
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override
-    {
-        QPainter painter(this);
-        m_pView->paintBusy(&painter, rect());
-    }
-
-private:
-    CTWWebView* m_pView;
-};
-}  // namespace
 
 bool CTWWebView::CKineticScrollEventFilter::eventFilter(QObject*, QEvent* pEvent)
 {
@@ -84,34 +56,22 @@ bool CTWWebView::CBlockAllUserActionsEventFilter::eventFilter(QObject*, QEvent* 
     }
 }
 
-CTWWebView::CTWWebView(QWidget* parent, int iFilterType, QWebEnginePage* pPage)
-    : QWebEngineView(parent),
+CTWWebView::CTWWebView(QWidget* parent, int iFilterType)
+    : QWidget(parent),
       m_bBusy(false),
       m_animation(CAnimation::PROGRESS_ANIMATION),
-      m_pFilter(nullptr),
-      m_pCover(nullptr)
+      m_pFilter(nullptr)
 {
-    if (pPage) {
-        pPage->setParent(this);
-        setPage(pPage);
-    }
-    page()->setBackgroundColor(Qt::black);
     setAutoFillBackground(false);
-    m_pCover = new CBusyCover(this);
     connect(&m_animation, &CAnimation::frameChanged, this, &CTWWebView::onAnimationFrameChanged);
-    connect(this, &QWebEngineView::loadStarted, this, &CTWWebView::onLoadStarted);
-    connect(this, &QWebEngineView::loadFinished, this, &CTWWebView::onLoadFinished);
-    // The blank page is the page's black background rather than a load of its own: a
-    // load finishes asynchronously, and its late loadFinished() would be taken for the
-    // page that the owner sets next.
-
+    connect(this, &CTWWebView::loadStarted, this, &CTWWebView::onLoadStarted);
+    connect(this, &CTWWebView::loadFinished, this, &CTWWebView::onLoadFinished);
     if (iFilterType == eFilterKineticScroll)
         m_pFilter = new CKineticScrollEventFilter(this);
-    else if (iFilterType == eFilterBlockAllUserActions) {
+    else if (iFilterType == eFilterBlockAllUserActions)
         m_pFilter = new CBlockAllUserActionsEventFilter(this);
-        setAcceptDrops(false);
-    }
-    attachToInputWidget();
+    if (m_pFilter)
+        installEventFilter(m_pFilter);
 }
 
 void CTWWebView::setBusy(bool bBusy)
@@ -119,44 +79,40 @@ void CTWWebView::setBusy(bool bBusy)
     if (bBusy == m_bBusy)
         return;
     m_bBusy = bBusy;
-    if (m_bBusy) {
+    if (m_bBusy)
         m_animation.start();
-        m_pCover->setGeometry(rect());
-        m_pCover->raise();
-        m_pCover->show();
-    } else {
+    else
         m_animation.stop();
-        m_pCover->hide();
-    }
+    update();
 }
 
-void CTWWebView::paintBusy(QPainter* pPainter, const QRect& area) const
+void CTWWebView::setFrame(const QImage& frame)
 {
-    pPainter->fillRect(area, Qt::black);
-    const QRect frame = m_animation.frameRect();
-    if (!frame.isValid())
-        return;
-    m_animation.draw(
-        pPainter, QPoint((area.width() - frame.width()) / 2, (area.height() - frame.height()) / 2));
+    m_frame = frame;
+    if (!m_bBusy)
+        update();
+}
+
+void CTWWebView::setFailureText(const QString& strText)
+{
+    m_strFailure = strText;
+    m_frame = QImage();
+    update();
 }
 
 void CTWWebView::onAnimationFrameChanged()
 {
-    // Only the cover shows the animation; repainting the view would make the page render
-    // again for every frame.
-    m_pCover->update();
+    update();
 }
 
 void CTWWebView::onLoadStarted()
 {
-    attachToInputWidget();
     setAttribute(Qt::WA_OpaquePaintEvent, false);
     setBusy(true);
 }
 
 void CTWWebView::onLoadFinished(bool ok)
 {
-    attachToInputWidget();
     setAttribute(Qt::WA_OpaquePaintEvent, ok);
     setBusy(false);
 }
@@ -182,55 +138,28 @@ bool CTWWebView::event(QEvent* pEvent)
 {
     if (m_bBusy && isRefusedWhileBusy(pEvent->type()))
         return false;
-    if (pEvent->type() == QEvent::ChildAdded) {
-        // The rendering child becomes the focus proxy once it is set up.
-        QTimer::singleShot(0, this, &CTWWebView::attachToInputWidget);
-    }
-    return QWebEngineView::event(pEvent);
+    return QWidget::event(pEvent);
 }
 
-bool CTWWebView::eventFilter(QObject* pObject, QEvent* pEvent)
+void CTWWebView::paintEvent(QPaintEvent*)
 {
-    // Installed last on the input widget, so it runs before the user-actions filter.
-    if (pObject == m_pInputWidget && m_bBusy && isRefusedWhileBusy(pEvent->type()))
-        return true;
-    return QWebEngineView::eventFilter(pObject, pEvent);
-}
-
-void CTWWebView::paintEvent(QPaintEvent* pEvent)
-{
+    QPainter painter(this);
+    painter.fillRect(rect(), Qt::black);
     if (m_bBusy) {
-        if (m_animation.frameRect().isValid()) {
-            QPainter painter(this);
-            paintBusy(&painter, rect());
-        }
+        const QRect frame = m_animation.frameRect();
+        if (frame.isValid())
+            m_animation.draw(
+                &painter, QPoint((width() - frame.width()) / 2, (height() - frame.height()) / 2));
         return;
     }
-    QWebEngineView::paintEvent(pEvent);
-}
-
-void CTWWebView::resizeEvent(QResizeEvent* pEvent)
-{
-    QWebEngineView::resizeEvent(pEvent);
-    m_pCover->setGeometry(rect());
-}
-
-void CTWWebView::attachToInputWidget()
-{
-    QWidget* pProxy = focusProxy();
-    if (!pProxy || pProxy == m_pInputWidget)
+    if (!m_strFailure.isEmpty()) {
+        painter.setPen(Qt::white);
+        painter.drawText(rect().adjusted(20, 20, -20, -20), Qt::AlignCenter | Qt::TextWordWrap,
+                         m_strFailure);
         return;
-    if (m_pInputWidget) {
-        if (m_pFilter)
-            m_pInputWidget->removeEventFilter(m_pFilter);
-        m_pInputWidget->removeEventFilter(this);
     }
-    m_pInputWidget = pProxy;
-    if (m_pFilter)
-        pProxy->installEventFilter(m_pFilter);
-    pProxy->installEventFilter(this);
-    if (m_pCover->isVisible())
-        m_pCover->raise();
+    if (!m_frame.isNull())
+        painter.drawImage(QPoint(0, 0), m_frame);
 }
 
 }  // namespace Dravo

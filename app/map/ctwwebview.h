@@ -4,25 +4,23 @@
 #pragma once
 
 #include <QEvent>
-#include <QPointer>
-#include <QWebEngineView>
+#include <QImage>
+#include <QWidget>
 
 #include "canimation.h"
 
-class QWebEnginePage;
-
 namespace Dravo {
 
-// The web view of the map screens: a black blank page at start, the busy animation while
-// a page loads (taps refused meanwhile), and optionally one of two input filters. Input
-// reaches a web view through its focus proxy, the child widget that renders the page, so
-// the filters and the busy gate sit on that widget, attached as soon as it exists.
-class CTWWebView : public QWebEngineView
+// Shows a web page rendered elsewhere (the map view helper) as the pictures it sends: a
+// black blank page at start, the busy animation while a page loads (taps refused
+// meanwhile), a failure text when the page cannot be shown, and optionally one of two
+// input filters.
+class CTWWebView : public QWidget
 {
     Q_OBJECT
 public:
-    // Stops left-button drags from reaching the page as moves: press and release pass, the
-    // moves between them are swallowed.
+    // Stops left-button drags as moves: press and release pass, the moves between them are
+    // swallowed.
     class CKineticScrollEventFilter : public QObject
     {
     public:
@@ -49,18 +47,22 @@ public:
         eFilterBlockAllUserActions = 2
     };
 
-    // pPage: the view's page, made without a parent (the view becomes it); the default
-    // page when null.
-    CTWWebView(QWidget* parent, int iFilterType, QWebEnginePage* pPage = nullptr);
+    CTWWebView(QWidget* parent, int iFilterType);
 
     void setBusy(bool bBusy);
     bool isBusy() const { return m_bBusy; }
     // The filter chosen at construction; null for none.
     QObject* userActionsFilter() const { return m_pFilter; }
-    // The widget that receives the view's input; null until the page has been rendered.
-    QWidget* inputWidget() const { return m_pInputWidget; }
-    // Draws what the view shows while busy: black with the animation's current frame.
-    void paintBusy(QPainter* pPainter, const QRect& area) const;
+    // The page's latest picture.
+    const QImage& frame() const { return m_frame; }
+    void setFrame(const QImage& frame);
+    // Shown instead of the page once set: the page cannot be shown.
+    QString failureText() const { return m_strFailure; }
+    void setFailureText(const QString& strText);
+
+signals:
+    void loadStarted();
+    void loadFinished(bool ok);
 
 public slots:
     void onAnimationFrameChanged();
@@ -69,19 +71,16 @@ public slots:
 
 protected:
     bool event(QEvent* pEvent) override;
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
-    void resizeEvent(QResizeEvent* pEvent) override;
 
 private:
     static bool isRefusedWhileBusy(QEvent::Type type);
-    void attachToInputWidget();
 
     bool m_bBusy;
     CAnimation m_animation;
     QObject* m_pFilter;
-    QPointer<QWidget> m_pInputWidget;
-    QWidget* m_pCover;
+    QImage m_frame;
+    QString m_strFailure;
 };
 
 }  // namespace Dravo

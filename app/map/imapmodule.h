@@ -12,8 +12,8 @@ namespace Dravo {
 class CForm;
 class CTarvik;
 
-// What the client uses of the map screens. They link Qt WebEngine, so they live in a
-// plugin that CMapModule loads when the first map opens.
+// What the client uses of the map screens. They live in a plugin that CMapModule loads
+// when the first map opens; the web engine itself runs in the map view helper.
 class IMapModule
 {
 public:

@@ -2,17 +2,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Map benchmark: from the "Show on map" click to the map's tiles shown, against a loopback
-// tile server, for the first map (plugin and web engine loaded on the way) and for later
-// ones; and the resident memory of this process plus its web engine processes while a map
-// is shown and after it is closed. Figures are printed with their targets.
+// tile server, for the first map (plugin loaded on the way) and for later ones; and the
+// resident memory of this process plus every process it started (the map view helper and
+// its web engine processes) while a map is shown and after it is closed. Figures are
+// printed with their targets.
 //
 // Run under Xvfb or QT_QPA_PLATFORM=offscreen: tarvik-bench-map [repetitions]
-#include <unistd.h>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
+#include <QFileInfo>
 #include <QTest>
 #include <QTimer>
 #include <algorithm>
@@ -64,8 +65,8 @@ struct Tree
     QStringList lstProcesses;
 };
 
-// This process and all its descendants (the web engine's zygotes, renderer and utility
-// processes): resident memory summed over them, the proportional set size, where a page
+// This process and all its descendants (the map view helper, the web engine's renderer
+// and utility processes): resident memory summed over them, the proportional set size, where a page
 // shared by several of them counts once in all, and the private dirty memory (what the
 // system cannot take back without swap; mapped library text, for one, it can).
 Tree processTree(qint64 root)
@@ -99,10 +100,15 @@ Tree processTree(qint64 root)
             QFile cmdline(strDir + QStringLiteral("cmdline"));
             QByteArray args = cmdline.open(QIODevice::ReadOnly) ? cmdline.readAll() : QByteArray();
             const int iType = args.indexOf("--type=");
-            // The web engine's processes rewrite their command line into one string.
-            const QByteArray name = iType >= 0
-                                        ? args.mid(iType + 7).replace('\0', ' ').split(' ').value(0)
-                                        : QByteArray("client");
+            // The web engine's processes rewrite their command line into one string; the
+            // others are named by their program.
+            QByteArray name = "client";
+            if (iType >= 0)
+                name = args.mid(iType + 7).replace('\0', ' ').split(' ').value(0);
+            else if (it.key() != root)
+                name = QFileInfo(QString::fromLocal8Bit(args.split('\0').value(0)))
+                           .fileName()
+                           .toLocal8Bit();
             tree.lstProcesses << QStringLiteral("%1 %2 MB")
                                      .arg(QString::fromLatin1(name))
                                      .arg(iKb / 1024.0, 0, 'f', 1);
@@ -136,7 +142,7 @@ bool spinUntil(const std::function<bool()>& done, int iTimeoutMs)
     return done();
 }
 
-// Targets: the first map (plugin and web engine loaded on the way) and later ones, click
+// Targets: the first map (plugin loaded on the way) and later ones, click
 // to tiles; resident memory once the maps are closed (measured after kSettleMs), against
 // before the first.
 const int kFirstTargetMs = 1500;
@@ -153,12 +159,6 @@ double median(QList<double> values)
 
 int main(int argc, char** argv)
 {
-    // Nothing about OpenGL here: like the client, the map module asks for the shared
-    // context when it loads the plugin, so the figure before the first map has no OpenGL
-    // driver in it.
-
-    if (geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX"))
-        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
     // No system bus: the network counts as up, as on a desktop without NetworkManager.
     if (qEnvironmentVariableIsEmpty("DBUS_SYSTEM_BUS_ADDRESS"))
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/tarvik-bench-bus");

@@ -3,7 +3,6 @@
 
 // The map plugin as the client uses it: loaded on the first map, never at start-up, and
 // the connection placeholder in front of the map while the network is down.
-#include <unistd.h>
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDBusConnection>
@@ -163,9 +162,6 @@ private Q_SLOTS:
 
 int main(int argc, char** argv)
 {
-    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
-    if (geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX"))
-        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
     QApplication app(argc, argv);
     TestMapModule test;
     return QTest::qExec(&test, argc, argv);
