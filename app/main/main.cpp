@@ -13,6 +13,7 @@
 #include "cdesktopnotifier.h"
 #include "clogwriter.h"
 #include "cmainformstack.h"
+#include "cmainmenuform.h"
 #include "cmainwindow.h"
 #include "comqeltarvikdaemoninterface.h"
 #include "cossocontext.h"
@@ -66,10 +67,18 @@ int main(int argc, char** argv)
     QObject::connect(pMainWindow->formStack(), &CMainFormStack::signalShowMainWindow, &app,
                      [startAddressBook] { QTimer::singleShot(500, startAddressBook); });
     QTimer::singleShot(5000, &app, startAddressBook);
-    // Likewise the network backend, so that the first Send does not wait for it.
-    QObject::connect(pMainWindow->formStack(), &CMainFormStack::signalShowMainWindow, &app, [] {
-        QTimer::singleShot(1000, CConnectionManager::instance(), &CConnectionManager::prepare);
-    });
+
+    // The network state is first needed on the second screen (compose, registration, the
+    // map's choice of form), not by the main menu: its backend is found once the window
+    // shows another form, a moment after that form has painted.
+    CMainFormStack* pStack = pMainWindow->formStack();
+    const auto prepareNetwork = [pStack] {
+        if (pStack->isVisible() && !qobject_cast<CMainMenuForm*>(pStack->currentWidget()))
+            QTimer::singleShot(100, CConnectionManager::instance(), &CConnectionManager::prepare);
+    };
+    QObject::connect(pStack, &QStackedWidget::currentChanged, &app, prepareNetwork);
+    QObject::connect(pStack, &CMainFormStack::signalShowMainWindow, &app, prepareNetwork,
+                     Qt::QueuedConnection);
 
     CAsyncTStorage::getInstance(1)->start();
 
