@@ -115,10 +115,33 @@ CContactChooserDialog::CContactChooserDialog(QWidget* parent)
 
 void CContactChooserDialog::setContacts(const CContactEntryList& contacts)
 {
+    // A newer read replaces the list while it is shown: the selection follows the uids.
+    QStringList selected;
+    for (const CContactEntry& contact : selectedContacts()) {
+        selected.append(contact.uid());
+    }
+    const QString current =
+        m_pList->currentIndex().isValid()
+            ? m_pModel->contacts()
+                  .at(m_pList->currentIndex().data(CContactListModel::eIndexRole).toInt())
+                  .uid()
+            : QString();
     m_bLoaded = true;
     m_bUnavailable = false;
     m_pModel->setContacts(contacts);
     m_pProxy->sort(0);
+    QItemSelectionModel* selection = m_pList->selectionModel();
+    for (int row = 0; row < m_pProxy->rowCount() && (!selected.isEmpty() || !current.isEmpty());
+         ++row) {
+        const QModelIndex index = m_pProxy->index(row, 0);
+        const QString uid = contacts.at(index.data(CContactListModel::eIndexRole).toInt()).uid();
+        if (uid == current) {
+            selection->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+        }
+        if (selected.contains(uid)) {
+            selection->select(index, QItemSelectionModel::Select);
+        }
+    }
     onSearchChanged(m_pSearch->text());
 }
 
