@@ -115,30 +115,28 @@ CContactChooserDialog::CContactChooserDialog(QWidget* parent)
 
 void CContactChooserDialog::setContacts(const CContactEntryList& contacts)
 {
-    // A newer read replaces the list while it is shown: the selection follows the uids.
+    // A newer read replaces the list while it is shown: the selection and the current
+    // row follow the contacts' uids.
+    const auto uidAt = [this](const QModelIndex& index) {
+        return m_pModel->contacts().at(index.data(CContactListModel::eIndexRole).toInt()).uid();
+    };
     QStringList selected;
-    for (const CContactEntry& contact : selectedContacts()) {
-        selected.append(contact.uid());
+    for (const QModelIndex& index : m_pList->selectionModel()->selectedRows()) {
+        selected.append(uidAt(index));
     }
     const QString current =
-        m_pList->currentIndex().isValid()
-            ? m_pModel->contacts()
-                  .at(m_pList->currentIndex().data(CContactListModel::eIndexRole).toInt())
-                  .uid()
-            : QString();
+        m_pList->currentIndex().isValid() ? uidAt(m_pList->currentIndex()) : QString();
     m_bLoaded = true;
     m_bUnavailable = false;
     m_pModel->setContacts(contacts);
     m_pProxy->sort(0);
     QItemSelectionModel* selection = m_pList->selectionModel();
-    for (int row = 0; row < m_pProxy->rowCount() && (!selected.isEmpty() || !current.isEmpty());
-         ++row) {
+    for (int row = 0; row < m_pProxy->rowCount(); ++row) {
         const QModelIndex index = m_pProxy->index(row, 0);
-        const QString uid = contacts.at(index.data(CContactListModel::eIndexRole).toInt()).uid();
-        if (uid == current) {
+        if (uidAt(index) == current) {
             selection->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
         }
-        if (selected.contains(uid)) {
+        if (selected.contains(uidAt(index))) {
             selection->select(index, QItemSelectionModel::Select);
         }
     }

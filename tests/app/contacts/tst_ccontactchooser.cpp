@@ -243,14 +243,13 @@ private Q_SLOTS:
         CContactChooser chooser;
         CContactChooserDialog* dialog = openChooser(chooser);
         QVERIFY(dialog);
+        dialog->selectByName({QStringLiteral("Ann One-Phone")});  // kept over the new read
         QTRY_COMPARE_WITH_TIMEOUT(dialog->visibleCount(), 7, 20000);
+        QCOMPARE(dialog->selectedContacts().value(0).name(), QStringLiteral("Ann One-Phone"));
         dialog->selectByName({name});
-        QCOMPARE(dialog->selectedContacts().size(), 1);
         const QList<CContactEntry::Attribute> expected{
             {QStringLiteral("TEL"), QStringLiteral("+372\n555\x01\x1f")}};
-        QCOMPARE(dialog->selectedContacts().first().attributes(), expected);
-        dialog->reject();
-        QTRY_VERIFY(chooser.isFinished());
+        QCOMPARE(dialog->selectedContacts().value(0).attributes(), expected);
     }
 
     // The address book cannot be read (the helper missing, crashing, failing or hanging,
