@@ -57,8 +57,14 @@ void CAddressBook::requestContacts()
 
 void CAddressBook::runHelper()
 {
-    if (m_pHelper || m_bQuitting) {
-        return;  // the read under way answers every request made meanwhile
+    if (m_pHelper) {
+        // The read under way may have missed changes made since it began: one more
+        // follows it and answers.
+        m_bRerun = true;
+        return;
+    }
+    if (m_bQuitting) {
+        return;
     }
     auto* process = new QProcess(this);
     m_pHelper = process;
@@ -155,7 +161,11 @@ void CAddressBook::onHelperDone(QProcess* process, const QString& failure)
         }
         Q_EMIT initialized(ok, error);
     }
-    if (m_bRequestPending) {
+    if (m_bRerun) {
+        m_bRerun = false;
+        m_bAnswered = m_bAnswered && !changed;  // what was answered is out of date
+        runHelper();
+    } else if (m_bRequestPending) {
         m_bRequestPending = false;
         if (!ok || !m_bAnswered || changed) {
             Q_EMIT contactsLoaded(m_lstContacts, error);

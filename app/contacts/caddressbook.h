@@ -60,6 +60,7 @@ private:
     bool m_bInitPending = false;
     bool m_bRequestPending = false;
     bool m_bAnswered = false;  // the pending request was answered from the kept contacts
+    bool m_bRerun = false;     // a request came while the helper was running
     bool m_bQuitting = false;
 };
 
