@@ -3,239 +3,193 @@
 
 #include "caddressbook.h"
 
-#include <libebook/libebook.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <unistd.h>
 
-#include <QElapsedTimer>
+#include <QCoreApplication>
+#include <QDir>
+#include <QProcess>
+#include <QTimer>
 #include <QtDebug>
 
 namespace Dravo {
 
 namespace {
-
-// The walk over one contact's vCard attributes: phone numbers and e-mail addresses in
-// stored order, and the best name to show.
-CContactEntry toEntry(EContact* contact)
-{
-    QList<CContactEntry::Attribute> attributes;
-    QString firstAddress;
-    for (GList* item = e_vcard_get_attributes(E_VCARD(contact)); item; item = item->next) {
-        auto* attribute = static_cast<EVCardAttribute*>(item->data);
-        const QString name = QString::fromUtf8(e_vcard_attribute_get_name(attribute));
-        // Only phone numbers and e-mail addresses are used. The others are not
-        // read: libebook warns for every multi-valued one (N, ADR, ORG) read as
-        // a single value, and some hold binary data (PHOTO).
-        if (!CContactEntry::isAddressAttribute(name)) {
-            continue;
-        }
-        gchar* raw = e_vcard_attribute_get_value(attribute);
-        const QString value = QString::fromUtf8(raw ? raw : "");
-        g_free(raw);
-        if (firstAddress.isEmpty()) {
-            firstAddress = value;
-        }
-        attributes.append({name, value});
-    }
-    QString displayName;
-    for (EContactField field : {E_CONTACT_FULL_NAME, E_CONTACT_FILE_AS, E_CONTACT_NICKNAME}) {
-        const char* text = static_cast<const char*>(e_contact_get_const(contact, field));
-        if (text && *text) {
-            displayName = QString::fromUtf8(text).trimmed();
-            break;
-        }
-    }
-    if (displayName.isEmpty()) {
-        displayName = firstAddress;
-    }
-    const char* uid = static_cast<const char*>(e_contact_get_const(contact, E_CONTACT_UID));
-    return CContactEntry(QString::fromUtf8(uid ? uid : ""), displayName, attributes);
-}
-
+const char* const kHelperName = "tarvik-addressbook";
 }  // namespace
 
-// Lives on the address-book thread; every libebook call happens there.
-class CAddressBookWorker : public QObject
-{
-    Q_OBJECT
-public:
-    ~CAddressBookWorker() override { close(); }
-
-public Q_SLOTS:
-    void open()
-    {
-        QString error;
-        const bool ok = ensureClient(&error);
-        Q_EMIT opened(ok, error);
-    }
-
-    void load()
-    {
-        QString error;
-        if (!ensureClient(&error)) {
-            Q_EMIT loaded(CContactEntryList(), error);
-            return;
-        }
-        QElapsedTimer clock;
-        clock.start();
-        EBookQuery* query = e_book_query_any_field_contains("");
-        gchar* sexp = e_book_query_to_string(query);
-        e_book_query_unref(query);
-        GSList* contacts = nullptr;
-        GError* gerror = nullptr;
-        const gboolean ok =
-            e_book_client_get_contacts_sync(m_pClient, sexp, &contacts, nullptr, &gerror);
-        g_free(sexp);
-        if (!ok) {
-            error = takeMessage(gerror);
-            // The factory or the bus may have gone away: connect again next time.
-            close();
-            Q_EMIT loaded(CContactEntryList(), error);
-            return;
-        }
-        CContactEntryList result;
-        for (GSList* item = contacts; item; item = item->next) {
-            result.append(toEntry(E_CONTACT(item->data)));
-        }
-        g_slist_free_full(contacts, g_object_unref);
-        qDebug().noquote() << QStringLiteral("CAddressBook: %1 contacts read in %2 ms")
-                                  .arg(result.size())
-                                  .arg(clock.elapsed());
-        Q_EMIT loaded(result, QString());
-    }
-
-    void close()
-    {
-        g_clear_object(&m_pClient);
-        g_clear_object(&m_pRegistry);
-        g_clear_object(&m_pBus);
-    }
-
-Q_SIGNALS:
-    void opened(bool ok, const QString& error);
-    void loaded(const Dravo::CContactEntryList& contacts, const QString& error);
-
-private:
-    static QString takeMessage(GError* gerror)
-    {
-        const QString message =
-            gerror ? QString::fromUtf8(gerror->message) : QStringLiteral("unknown error");
-        if (gerror) {
-            g_error_free(gerror);
-        }
-        return message;
-    }
-
-    bool ensureClient(QString* error)
-    {
-        if (m_pClient) {
-            return true;
-        }
-        GError* gerror = nullptr;
-        if (!m_pRegistry) {
-            // libebook talks over the process's shared session-bus connection, and
-            // GLib raises SIGTERM when that bus goes away: the client must outlive it.
-            // The reference is kept: GLib forgets a shared connection nobody holds.
-            if (!m_pBus) {
-                m_pBus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &gerror);
-                if (!m_pBus) {
-                    *error = takeMessage(gerror);
-                    return false;
-                }
-                g_dbus_connection_set_exit_on_close(m_pBus, FALSE);
-            }
-            m_pRegistry = e_source_registry_new_sync(nullptr, &gerror);
-            if (!m_pRegistry) {
-                *error = takeMessage(gerror);
-                return false;
-            }
-        }
-        ESource* source = e_source_registry_ref_builtin_address_book(m_pRegistry);
-        if (!source) {
-            *error = QStringLiteral("no system address book");
-            return false;
-        }
-        // (guint32)-1: do not wait for the backend to report itself online; a local
-        // book is usable at once (0 would wait for ever).
-        EClient* client =
-            e_book_client_connect_sync(source, static_cast<guint32>(-1), nullptr, &gerror);
-        g_object_unref(source);
-        if (!client) {
-            *error = takeMessage(gerror);
-            return false;
-        }
-        m_pClient = E_BOOK_CLIENT(client);
-        return true;
-    }
-
-    GDBusConnection* m_pBus = nullptr;
-    ESourceRegistry* m_pRegistry = nullptr;
-    EBookClient* m_pClient = nullptr;
-};
-
-CAddressBook::CAddressBook() : m_pThread(new QThread), m_pWorker(new CAddressBookWorker)
+CAddressBook::CAddressBook()
 {
     qRegisterMetaType<Dravo::CContactEntryList>("Dravo::CContactEntryList");
-    m_pThread->setObjectName(QStringLiteral("addressbook"));
-    m_pWorker->moveToThread(m_pThread);
-    connect(m_pThread, &QThread::finished, m_pWorker, &QObject::deleteLater);
-    connect(this, &CAddressBook::signalOpen, m_pWorker, &CAddressBookWorker::open);
-    connect(this, &CAddressBook::signalLoad, m_pWorker, &CAddressBookWorker::load);
-    connect(m_pWorker, &CAddressBookWorker::opened, this, [this](bool ok, const QString& error) {
-        if (!ok) {
-            qCritical() << "main: osso abook initialization failed!";
-            qWarning().noquote() << "CAddressBook: " + error;
-        }
-        Q_EMIT initialized(ok, error);
-    });
-    connect(m_pWorker, &CAddressBookWorker::loaded, this, &CAddressBook::contactsLoaded);
-    m_pThread->start();
-}
-
-CContactEntry CAddressBook::entryFromVCard(const QByteArray& vcard)
-{
-    EContact* contact = e_contact_new_from_vcard(vcard.constData());
-    if (!contact) {
-        return CContactEntry();
-    }
-    const CContactEntry entry = toEntry(contact);
-    g_object_unref(contact);
-    return entry;
 }
 
 CAddressBook::~CAddressBook()
 {
-    stopThread();
+    stopHelper();
+}
+
+QString CAddressBook::helperPath()
+{
+    QString dir = qEnvironmentVariable("TARVIK_PLUGIN_DIR");
+    if (dir.isEmpty()) {
+        dir = QDir(QCoreApplication::applicationDirPath())
+                  .filePath(QStringLiteral(TARVIK_PLUGIN_RELDIR));
+    }
+    return QDir::cleanPath(QDir(dir).filePath(QLatin1String(kHelperName)));
 }
 
 void CAddressBook::initialize()
 {
-    Q_EMIT signalOpen();
+    m_bInitPending = true;
+    runHelper();
 }
 
 void CAddressBook::requestContacts()
 {
-    Q_EMIT signalLoad();
+    m_bRequestPending = true;
+    m_bAnswered = m_bHaveContacts;
+    if (m_bHaveContacts) {
+        Q_EMIT contactsLoaded(m_lstContacts, QString());
+    }
+    runHelper();
+}
+
+void CAddressBook::runHelper()
+{
+    if (m_pHelper) {
+        // The read under way may have missed changes made since it began: one more
+        // follows it and answers.
+        m_bRerun = true;
+        return;
+    }
+    if (m_bQuitting) {
+        return;
+    }
+    auto* process = new QProcess(this);
+    m_pHelper = process;
+    process->setProgram(helperPath());
+    // The helper dies with the client, even when the client is killed.
+    const pid_t parent = getpid();
+    process->setChildProcessModifier([parent]() {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (getppid() != parent) {
+            _exit(127);
+        }
+    });
+    auto* timer = new QTimer(process);
+    timer->setSingleShot(true);
+    connect(timer, &QTimer::timeout, this, [this, process]() {
+        qWarning().noquote() << QStringLiteral(
+                                    "CAddressBook: %1 did not answer within %2 ms; killed")
+                                    .arg(process->program())
+                                    .arg(m_iTimeoutMs);
+        onHelperDone(process, QStringLiteral("the address-book helper did not answer"));
+    });
+    // Its diagnostics (libebook's warnings among them) go to the client's log.
+    connect(process, &QProcess::readyReadStandardError, this, [process]() {
+        while (process->canReadLine()) {
+            qWarning().noquote() << QStringLiteral("CAddressBook: %1: %2")
+                                        .arg(QLatin1String(kHelperName),
+                                             QString::fromUtf8(process->readLine().trimmed()));
+        }
+    });
+    process->setReadChannel(QProcess::StandardError);
+    connect(process, &QProcess::errorOccurred, this, [this, process](QProcess::ProcessError e) {
+        if (e == QProcess::FailedToStart) {
+            onHelperDone(process, QStringLiteral("cannot run %1: %2")
+                                      .arg(process->program(), process->errorString()));
+        }
+    });
+    connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            [this, process]() { onHelperDone(process, QString()); });
+    timer->start(m_iTimeoutMs);
+    process->start(QIODevice::ReadOnly);
+}
+
+void CAddressBook::onHelperDone(QProcess* process, const QString& failure)
+{
+    if (process != m_pHelper) {
+        return;  // already handled
+    }
+    m_pHelper = nullptr;
+    process->disconnect(this);
+    QString error = failure;
+    CContactEntryList contacts;
+    if (error.isEmpty()) {
+        int rejected = 0;
+        const QList<QByteArray> lines = process->readAllStandardOutput().split('\n');
+        for (const QByteArray& line : lines) {
+            CContactEntry entry;
+            if (line.isEmpty()) {
+                continue;
+            } else if (CContactEntry::fromWireLine(line, &entry, &error)) {
+                contacts.append(entry);
+            } else if (error.isEmpty()) {
+                ++rejected;
+            }
+        }
+        if (rejected > 0) {
+            qWarning("CAddressBook: %d unreadable lines from the address-book helper", rejected);
+        }
+        if (process->exitStatus() != QProcess::NormalExit) {
+            error = QStringLiteral("the address-book helper crashed");
+        } else if (process->exitCode() != 0 && error.isEmpty()) {
+            error = QStringLiteral("the address-book helper failed (exit code %1)")
+                        .arg(process->exitCode());
+        }
+    }
+    if (process->state() != QProcess::NotRunning) {
+        process->kill();
+        process->waitForFinished(1000);
+    }
+    process->deleteLater();
+
+    const bool ok = error.isEmpty();
+    const bool changed = !m_bHaveContacts || contacts != m_lstContacts;
+    m_lstContacts = ok ? contacts : CContactEntryList();
+    m_bHaveContacts = ok;
+    if (ok) {
+        qDebug("CAddressBook: %d contacts read", int(contacts.size()));
+    } else {
+        qWarning().noquote() << "CAddressBook: " + error;
+    }
+    if (m_bInitPending) {
+        m_bInitPending = false;
+        if (!ok) {
+            qCritical() << "main: osso abook initialization failed!";
+        }
+        Q_EMIT initialized(ok, error);
+    }
+    if (m_bRerun) {
+        m_bRerun = false;
+        m_bAnswered = m_bAnswered && !changed;  // what was answered is out of date
+        runHelper();
+    } else if (m_bRequestPending) {
+        m_bRequestPending = false;
+        if (!ok || !m_bAnswered || changed) {
+            Q_EMIT contactsLoaded(m_lstContacts, error);
+        }
+    }
 }
 
 void CAddressBook::onAppQuit()
 {
-    stopThread();
+    m_bQuitting = true;
+    stopHelper();
 }
 
-void CAddressBook::stopThread()
+void CAddressBook::stopHelper()
 {
-    if (!m_pThread) {
-        return;
+    if (QProcess* process = m_pHelper) {
+        m_pHelper = nullptr;
+        process->disconnect(this);
+        process->kill();
+        if (!process->waitForFinished(1000)) {
+            qWarning("CAddressBook: the address-book helper did not end at exit");
+        }
+        delete process;
     }
-    m_pThread->quit();
-    // A libebook call stuck on a dead bus must not hold up the exit for long.
-    if (m_pThread->wait(3000)) {
-        delete m_pThread;
-    } else {
-        qWarning() << "CAddressBook: address-book thread still busy at exit";
-    }
-    m_pThread = nullptr;
 }
 
 }  // namespace Dravo
-
-#include "caddressbook.moc"

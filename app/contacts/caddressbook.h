@@ -4,18 +4,19 @@
 #pragma once
 
 #include <QObject>
-#include <QThread>
+#include <QPointer>
 
 #include "ccontactentry.h"
 #include "csingleton.h"
 
+class QProcess;
+
 namespace Dravo {
 
-class CAddressBookWorker;
-
 // The user's address book: the built-in system address book of Evolution Data
-// Server, reached through libebook on a worker thread so that the GUI never waits
-// for the registry or the address-book factory.
+// Server, read by the tarvik-addressbook helper program, which the client runs
+// without waiting for it, so the client never maps Evolution's libraries. The
+// contacts of the last successful read are kept.
 class CAddressBook : public CSingleton<CAddressBook>
 {
     Q_OBJECT
@@ -24,33 +25,43 @@ class CAddressBook : public CSingleton<CAddressBook>
 public:
     ~CAddressBook() override;
 
-    // Connects to the source registry in the background (start-up); a failure
-    // logs "main: osso abook initialization failed!".
+    // Reads the address book in the background (start-up); a failure logs
+    // "main: osso abook initialization failed!".
     void initialize();
-    // Reads every contact in the background; contactsLoaded() follows.
+    // Answers at once with the kept contacts, if any, and reads the address book
+    // again: contactsLoaded() follows once more when that read finds other contacts
+    // or fails.
     void requestContacts();
 
-    // The entry the chooser makes of one contact given as vCard text.
-    static CContactEntry entryFromVCard(const QByteArray& vcard);
+    // Where the helper is looked for: $TARVIK_PLUGIN_DIR when set, otherwise the
+    // directory of the plugins relative to the executable.
+    static QString helperPath();
+    // How long a read may take before the helper is killed.
+    void setHelperTimeout(int iMs) { m_iTimeoutMs = iMs; }
 
 Q_SIGNALS:
     void initialized(bool ok, const QString& error);
     // error is empty on success; on failure contacts is empty.
     void contactsLoaded(const Dravo::CContactEntryList& contacts, const QString& error);
 
-    // To the worker thread.
-    void signalOpen();
-    void signalLoad();
-
 public Q_SLOTS:
     void onAppQuit() override;
 
 private:
     CAddressBook();
-    void stopThread();
+    void runHelper();
+    void onHelperDone(QProcess* process, const QString& failure);
+    void stopHelper();
 
-    QThread* m_pThread;  // left running (leaked) when stuck at exit
-    CAddressBookWorker* m_pWorker;
+    QPointer<QProcess> m_pHelper;
+    CContactEntryList m_lstContacts;
+    int m_iTimeoutMs = 20000;
+    bool m_bHaveContacts = false;
+    bool m_bInitPending = false;
+    bool m_bRequestPending = false;
+    bool m_bAnswered = false;  // the pending request was answered from the kept contacts
+    bool m_bRerun = false;     // a request came while the helper was running
+    bool m_bQuitting = false;
 };
 
 }  // namespace Dravo

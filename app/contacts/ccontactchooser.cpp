@@ -78,13 +78,14 @@ void CContactChooser::start()
     Q_EMIT chooserShown(m_pChooser);
 }
 
+// Called with the kept contacts at once and again when a new read finds others.
 void CContactChooser::onContactsLoaded(const CContactEntryList& contacts, const QString& error)
 {
-    disconnect(m_loadConnection);
     if (!m_pChooser) {
         return;
     }
     if (!error.isEmpty()) {
+        disconnect(m_loadConnection);
         // Without an address book there is nothing to choose from: the chooser goes away at
         // once and the caller gets an empty text, so the compose form keeps what was typed.
         qWarning().noquote() << m_strPrefix + QStringLiteral(" address book not available: ") +

@@ -115,10 +115,31 @@ CContactChooserDialog::CContactChooserDialog(QWidget* parent)
 
 void CContactChooserDialog::setContacts(const CContactEntryList& contacts)
 {
+    // A newer read replaces the list while it is shown: the selection and the current
+    // row follow the contacts' uids.
+    const auto uidAt = [this](const QModelIndex& index) {
+        return m_pModel->contacts().at(index.data(CContactListModel::eIndexRole).toInt()).uid();
+    };
+    QStringList selected;
+    for (const QModelIndex& index : m_pList->selectionModel()->selectedRows()) {
+        selected.append(uidAt(index));
+    }
+    const QString current =
+        m_pList->currentIndex().isValid() ? uidAt(m_pList->currentIndex()) : QString();
     m_bLoaded = true;
     m_bUnavailable = false;
     m_pModel->setContacts(contacts);
     m_pProxy->sort(0);
+    QItemSelectionModel* selection = m_pList->selectionModel();
+    for (int row = 0; row < m_pProxy->rowCount(); ++row) {
+        const QModelIndex index = m_pProxy->index(row, 0);
+        if (uidAt(index) == current) {
+            selection->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+        }
+        if (selected.contains(uidAt(index))) {
+            selection->select(index, QItemSelectionModel::Select);
+        }
+    }
     onSearchChanged(m_pSearch->text());
 }
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QByteArray>
 #include <QList>
 #include <QMetaType>
 #include <QPair>
@@ -31,6 +32,25 @@ public:
     static bool isAddressAttribute(const QString& name);
     // Name and addresses in one text, for searching.
     QString searchText() const;
+
+    bool operator==(const CContactEntry& other) const
+    {
+        return m_strUid == other.m_strUid && m_strName == other.m_strName &&
+               m_lstAttributes == other.m_lstAttributes;
+    }
+    bool operator!=(const CContactEntry& other) const { return !(*this == other); }
+
+    // The address-book helper's output: one compact JSON object per line, UTF-8,
+    //   {"uid":"...","name":"...","attributes":[["TEL","+3725550001"],["EMAIL","a@b"]]}
+    // and, on failure, a single {"error":"..."} line. JSON escapes every control
+    // character, so no value can break a line. Texts longer than kMaxText characters
+    // are dropped (attributes) or cut (uid, name) by the writer.
+    static constexpr int kMaxText = 1024;
+    QByteArray toWireLine() const;
+    static QByteArray errorWireLine(const QString& error);
+    // Reads one line (without its newline); false when it is not a contact, with the
+    // error text of an error line in *error.
+    static bool fromWireLine(const QByteArray& line, CContactEntry* entry, QString* error);
 
 private:
     QString m_strUid;

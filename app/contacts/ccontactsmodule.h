@@ -14,7 +14,7 @@ class QThread;
 namespace Dravo {
 
 // Finds and loads the contacts plugin. loadInBackground() does the expensive part
-// (mapping the plugin and the address-book libraries) on a helper thread so start-up
+// (mapping the plugin) on a helper thread so start-up
 // is not held up; module() finishes the job on the GUI thread when the plugin is
 // first needed and returns null, with a log line, when it cannot be loaded.
 class CContactsModule : public QObject

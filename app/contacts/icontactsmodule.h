@@ -11,14 +11,14 @@ class QWidget;
 
 namespace Dravo {
 
-// What the client uses of the address book. The implementation links Evolution Data
-// Server's libraries, which cost about as much to load as the rest of the client
-// together, so it lives in a plugin that CContactsModule loads off the GUI thread.
+// What the client uses of the address book. The implementation (the chooser's dialogs;
+// the address book is read by the tarvik-addressbook helper) is only needed once the
+// window is up, so it lives in a plugin that CContactsModule loads off the GUI thread.
 class IContactsModule
 {
 public:
     virtual ~IContactsModule() = default;
-    // Connects to the address book in the background; a failure is logged as
+    // Reads the address book in the background; a failure is logged as
     // "main: osso abook initialization failed!".
     virtual void initialize() = 0;
     // Runs the contact list and, when needed, the detail selector; returns the chosen

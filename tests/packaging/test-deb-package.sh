@@ -119,7 +119,7 @@ dpkg -L tarvik tarvikd tarvik-simd | sort -u >"$work/installed-files.txt"
 
 id=com.qel.tarvik
 plugindir=/usr/lib/$multiarch/tarvik
-for f in /usr/bin/tarvik /usr/bin/tarvik-simd "$plugindir/libtarvikcontacts.so" \
+for f in /usr/bin/tarvik /usr/bin/tarvik-simd "$plugindir/libtarvikcontacts.so" "$plugindir/tarvik-addressbook" \
   /usr/share/applications/$id.desktop /usr/share/metainfo/$id.metainfo.xml \
   /usr/share/dbus-1/services/$id.service /usr/share/icons/hicolor/scalable/apps/$id.svg \
   /usr/share/man/man1/tarvik.1.gz /usr/share/man/man1/tarvik-simd.1.gz \

@@ -23,15 +23,13 @@ private:
 private Q_SLOTS:
     void initTestCase()
     {
-        // A session bus without Evolution Data Server: the plugin loads, the address
-        // book cannot be reached.
+        // The plugin's address book is read on a bus of the test's own.
         QVERIFY2(m_buses.start(), qPrintable(m_buses.errorString()));
     }
 
     void loadsInBackgroundAndInitializes()
     {
         qunsetenv("TARVIK_PLUGIN_DIR");
-        Test::CLogCapture log;
         CContactsModule module;
         QSignalSpy loaded(&module, &CContactsModule::loaded);
         module.loadInBackground();
@@ -40,9 +38,6 @@ private Q_SLOTS:
         QCOMPARE(loaded.count(), 1);
         QVERIFY2(loaded.first().at(0).toBool(), qPrintable(module.errorString()));
         QVERIFY(module.module() != nullptr);
-        // The address book is unreachable here, which start-up reports and survives.
-        QTRY_VERIFY_WITH_TIMEOUT(
-            log.contains(QStringLiteral("main: osso abook initialization failed!")), 15000);
     }
 
     void missingPluginIsReported()
