@@ -3,12 +3,18 @@
 
 #include "cconnectionmanager.h"
 
+#include "inetworkbackend.h"
+
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
+#include <QDir>
+#include <QFileInfo>
+#include <QPluginLoader>
 #include <QTime>
 #include <QtDebug>
 
@@ -24,7 +30,41 @@ QString timeOfDay()
     return QTime::currentTime().toString(QStringLiteral("hh:mm:ss"));
 }
 
+const char* const kPluginFile = "libtarviknetinfo.so";
+
+// The plugin's root object, kept by Qt for the life of the process; null, with a log line,
+// when it is missing or cannot be loaded.
+QObject* loadBackendPlugin()
+{
+    QString strError = QStringLiteral("%1 not found in %2")
+                           .arg(QLatin1String(kPluginFile),
+                                CConnectionManager::searchPaths().join(QStringLiteral(", ")));
+    for (const QString& dir : CConnectionManager::searchPaths()) {
+        const QString strPath = QDir(dir).filePath(QLatin1String(kPluginFile));
+        if (!QFileInfo::exists(strPath))
+            continue;
+        QPluginLoader loader(strPath);
+        QObject* pRoot = loader.instance();
+        if (qobject_cast<INetworkBackend*>(pRoot))
+            return pRoot;
+        strError = pRoot ? QStringLiteral("%1 is not a network information plugin").arg(strPath)
+                         : loader.errorString();
+        break;
+    }
+    qWarning().noquote() << "CConnectionManager: no network information plugin: " + strError;
+    return nullptr;
+}
+
 }  // namespace
+
+QStringList CConnectionManager::searchPaths()
+{
+    const QString env = qEnvironmentVariable("TARVIK_PLUGIN_DIR");
+    if (!env.isEmpty())
+        return {env};
+    return {QDir::cleanPath(QDir(QCoreApplication::applicationDirPath())
+                                .filePath(QStringLiteral(TARVIK_PLUGIN_RELDIR)))};
+}
 
 CConnectionManager::CConnectionManager()
 {
@@ -84,15 +124,12 @@ void CConnectionManager::probeBackend()
 
 void CConnectionManager::loadBackend(bool networkManagerAnswered)
 {
-    const QString networkManager = QStringLiteral("networkmanager");
-    const QString glib = QStringLiteral("glib");
-    if (networkManagerAnswered && QNetworkInformation::loadBackendByName(networkManager)) {
-        m_strBackend = networkManager;
-    } else if (QNetworkInformation::loadBackendByName(glib)) {
-        m_strBackend = glib;
-    } else if (QNetworkInformation::loadBackendByFeatures(
-                   QNetworkInformation::Feature::Reachability)) {
-        m_strBackend = QNetworkInformation::instance()->backendName();
+    if (!m_pBackendObject) {
+        m_pBackendObject = loadBackendPlugin();
+        m_pBackend = qobject_cast<INetworkBackend*>(m_pBackendObject);
+    }
+    if (m_pBackend) {
+        m_strBackend = m_pBackend->load(networkManagerAnswered);
     }
     if (m_strBackend.isEmpty()) {
         qWarning() << "CConnectionManager: no network information backend, the network counts "
@@ -100,14 +137,13 @@ void CConnectionManager::loadBackend(bool networkManagerAnswered)
     } else {
         qDebug().noquote() << "CConnectionManager: network information from " + m_strBackend;
     }
-    if (m_strBackend == networkManager) {
+    if (m_strBackend == QLatin1String("networkmanager")) {
         watchNetworkManager();
     }
-    if (QNetworkInformation* info = QNetworkInformation::instance()) {
+    if (m_pBackend && !m_strBackend.isEmpty()) {
         // A change reported by the backend is newer than any state read directly
         // (connected before the request's own handler, so that it runs first).
-        connect(info, &QNetworkInformation::reachabilityChanged, this,
-                [this]() { m_iOverride = -1; });
+        connect(m_pBackendObject, SIGNAL(reachabilityChanged(bool)), this, SLOT(clearOverride()));
     }
     m_eBackendState = eBackendReady;
     if (m_bRequestActive) {
@@ -124,8 +160,8 @@ void CConnectionManager::watchNetworkManager()
                                             QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this]() {
         qWarning() << "CConnectionManager: NetworkManager left the system bus";
-        m_iOverride = int(QNetworkInformation::Reachability::Disconnected);
-        onReachabilityChanged(QNetworkInformation::Reachability::Disconnected);
+        m_iOverride = 0;
+        onReachabilityChanged(false);
     });
     connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, [this]() {
         QDBusMessage get = QDBusMessage::createMethodCall(
@@ -140,20 +176,18 @@ void CConnectionManager::watchNetworkManager()
                     finished->deleteLater();
                     const QDBusPendingReply<QDBusVariant> reply = *finished;
                     const uint state = reply.isError() ? 0 : reply.value().variant().toUInt();
-                    const auto reachability = state == 70
-                                                  ? QNetworkInformation::Reachability::Online
-                                                  : QNetworkInformation::Reachability::Disconnected;
-                    m_iOverride = int(reachability);
-                    onReachabilityChanged(reachability);
+                    const bool online = state == 70;  // NM_STATE_CONNECTED_GLOBAL
+                    m_iOverride = online ? 1 : 0;
+                    onReachabilityChanged(online);
                 });
     });
 }
 
 void CConnectionManager::startRequest()
 {
-    if (QNetworkInformation* info = QNetworkInformation::instance()) {
-        m_reachabilityConnection = connect(info, &QNetworkInformation::reachabilityChanged, this,
-                                           &CConnectionManager::onReachabilityChanged);
+    if (m_pBackend && !m_strBackend.isEmpty()) {
+        m_reachabilityConnection = connect(m_pBackendObject, SIGNAL(reachabilityChanged(bool)),
+                                           this, SLOT(onReachabilityChanged(bool)));
     }
     m_bWasOnline = isOnline();
     // The first answer is queued so that the caller's code after requestConnection()
@@ -203,42 +237,25 @@ void CConnectionManager::onAppQuit()
 bool CConnectionManager::isOnline() const
 {
     if (m_iOverride >= 0) {
-        return m_iOverride == int(QNetworkInformation::Reachability::Online);
+        return m_iOverride == 1;
     }
-    QNetworkInformation* info = QNetworkInformation::instance();
-    if (!info) {
-        return true;
-    }
-    return info->reachability() == QNetworkInformation::Reachability::Online;
+    return !m_pBackend || m_strBackend.isEmpty() || m_pBackend->isOnline();
 }
 
 QString CConnectionManager::bearer() const
 {
-    QNetworkInformation* info = QNetworkInformation::instance();
-    if (!info) {
+    if (!m_pBackend || m_strBackend.isEmpty()) {
         return QStringLiteral("UNKNOWN");
     }
-    switch (info->transportMedium()) {
-        case QNetworkInformation::TransportMedium::Ethernet:
-            return QStringLiteral("ETHERNET");
-        case QNetworkInformation::TransportMedium::Cellular:
-            return QStringLiteral("GPRS");
-        case QNetworkInformation::TransportMedium::WiFi:
-            return QStringLiteral("WLAN_INFRA");
-        case QNetworkInformation::TransportMedium::Bluetooth:
-            return QStringLiteral("DUN_GSM_PS");
-        default:
-            return QStringLiteral("UNKNOWN");
-    }
+    return m_pBackend->bearer();
 }
 
-void CConnectionManager::onReachabilityChanged(QNetworkInformation::Reachability reachability)
+void CConnectionManager::onReachabilityChanged(bool online)
 {
     if (!m_bRequestActive) {
         return;
     }
     // Each change is judged by its own value, so quick flapping is reported in full.
-    const bool online = reachability == QNetworkInformation::Reachability::Online;
     if (online == m_bWasOnline) {
         return;  // e.g. Local to Site: still not on the Internet
     }

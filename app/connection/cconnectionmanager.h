@@ -4,13 +4,14 @@
 #pragma once
 
 #include <QMap>
-#include <QNetworkInformation>
 #include <QObject>
 #include <QTimer>
 
 #include "csingleton.h"
 
 namespace Dravo {
+
+class INetworkBackend;
 
 // Watches the Internet connection for the whole process. Forms connect to
 // connected() and disconnected() and then call requestConnection(): the answer is
@@ -19,9 +20,9 @@ namespace Dravo {
 // connect time-out runs out. After the first request every change of the network
 // is reported, including changes made by other programs.
 //
-// The network state comes from QNetworkInformation: the NetworkManager backend
-// when NetworkManager answers on the system bus, else the glib backend; when no
-// backend loads the network counts as up.
+// The network state comes from QNetworkInformation (through the tarviknetinfo plugin,
+// see INetworkBackend): the NetworkManager backend when NetworkManager answers on the
+// system bus, else the glib backend; when no backend loads the network counts as up.
 class CConnectionManager : public CSingleton<CConnectionManager>
 {
     Q_OBJECT
@@ -40,6 +41,9 @@ public:
     int connectTimeout() const { return m_connectTimer.interval(); }
     // Active connections: identifier (the backend in use) to bearer.
     QMap<QString, QString> activeConnections() const { return m_mapConnections; }
+    // Where the tarviknetinfo plugin is looked for: $TARVIK_PLUGIN_DIR when set, otherwise
+    // the plugin directory relative to the executable.
+    static QStringList searchPaths();
     // "networkmanager", "glib", or empty when no backend could be loaded.
     QString backendName() const { return m_strBackend; }
     bool isRequestActive() const { return m_bRequestActive; }
@@ -77,7 +81,8 @@ private:
     void startRequest();
     void cleanUp();
     bool isOnline() const;
-    void onReachabilityChanged(QNetworkInformation::Reachability reachability);
+    Q_SLOT void onReachabilityChanged(bool online);
+    Q_SLOT void clearOverride() { m_iOverride = -1; }
     void onConnectTimeout();
     void reportConnected();
     void reportDisconnected(int error);
@@ -88,7 +93,9 @@ private:
     bool m_bRequestActive = false;
     bool m_bWasOnline = false;
     int m_iRequest = 0;
-    int m_iOverride = -1;  // reachability known better than the backend's, or -1
+    int m_iOverride = -1;  // 1 online, 0 not, when known better than the backend; or -1
+    QObject* m_pBackendObject = nullptr;    // the plugin's root object, kept by Qt
+    INetworkBackend* m_pBackend = nullptr;  // the same object
     QMetaObject::Connection m_reachabilityConnection;
     QMap<QString, QString> m_mapConnections;
     QTimer m_connectTimer;
