@@ -58,11 +58,11 @@ int main(int argc, char** argv)
     // New messages are also announced to the desktop while the window is in the back.
     new CDesktopNotifier(pMainWindow, &app);
 
-    // The address book is not needed by the first screen, and its libraries take as
-    // long to map as the whole client: they are loaded on a helper thread once the main
-    // window is up (or after a few seconds when it stays hidden), and the connection
-    // follows without blocking. A failure logs "main: osso abook initialization
-    // failed!" and the client goes on without contacts.
+    // The address book is not needed by the first screen: the chooser's plugin is loaded
+    // on a helper thread once the main window is up (or after a few seconds when it stays
+    // hidden), and it has the contacts read by its helper program without blocking. A
+    // failure logs "main: osso abook initialization failed!" and the client goes on
+    // without contacts.
     const auto startAddressBook = [] { CContactsModule::instance()->loadInBackground(); };
     QObject::connect(pMainWindow->formStack(), &CMainFormStack::signalShowMainWindow, &app,
                      [startAddressBook] { QTimer::singleShot(500, startAddressBook); });
