@@ -6,6 +6,7 @@
 #include <fontconfig/fontconfig.h>
 
 #include <QDBusConnection>
+#include <QSqlDatabase>
 #include <QThread>
 
 #include "comqeltarvikdaemoninterface.h"
@@ -27,13 +28,18 @@ CStartupPrefetch::~CStartupPrefetch()
     m_fontThread.join();
 }
 
-void CStartupPrefetch::startBus()
+void CStartupPrefetch::startWithApplication()
 {
     std::promise<ComQelTarvikDaemonInterface*> promise;
     m_daemonProxy = promise.get_future();
     QThread* pTarget = QThread::currentThread();
-    m_busThread = std::thread(
+    m_applicationThread = std::thread(
         [pTarget](std::promise<ComQelTarvikDaemonInterface*> result) {
+            // The storage worker's first step is to load Qt's SQLite driver plugin; loaded
+            // here, the worker finds it in memory and the settings are read sooner.
+            const QString strName = QStringLiteral("tarvik-prefetch");
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), strName);
+            QSqlDatabase::removeDatabase(strName);
             auto* pProxy = new ComQelTarvikDaemonInterface(Tarvik::DBusObject::daemonService(),
                                                            Tarvik::DBusObject::daemonPath(),
                                                            QDBusConnection::sessionBus());
@@ -46,7 +52,7 @@ void CStartupPrefetch::startBus()
 ComQelTarvikDaemonInterface* CStartupPrefetch::takeDaemonProxy()
 {
     ComQelTarvikDaemonInterface* pProxy = m_daemonProxy.get();
-    m_busThread.join();
+    m_applicationThread.join();
     return pProxy;
 }
 

@@ -15,9 +15,9 @@ namespace Dravo {
 // two cores of a phone share it.
 // - From construction, before the application object: the font configuration is read
 //   (fontconfig parses its XML files once per process, a few milliseconds).
-// - From startBus(), once the application object exists: the session bus is connected and
-//   the daemon proxy made (a proxy asks the bus for its service's owner and waits for the
-//   answer).
+// - From startWithApplication(), once the application object exists: Qt's SQLite driver
+//   plugin is loaded for the storage worker, the session bus connected and the daemon proxy
+//   made (a proxy asks the bus for its service's owner and waits for the answer).
 class CStartupPrefetch
 {
 public:
@@ -26,14 +26,14 @@ public:
     CStartupPrefetch(const CStartupPrefetch&) = delete;
     CStartupPrefetch& operator=(const CStartupPrefetch&) = delete;
 
-    void startBus();
-    // The daemon proxy made by startBus(), waited for; it then belongs to the caller and
-    // lives in the calling thread.
+    void startWithApplication();
+    // The daemon proxy made by startWithApplication(), waited for; it then belongs to the caller
+    // and lives in the calling thread.
     ComQelTarvikDaemonInterface* takeDaemonProxy();
 
 private:
     std::thread m_fontThread;
-    std::thread m_busThread;
+    std::thread m_applicationThread;
     std::future<ComQelTarvikDaemonInterface*> m_daemonProxy;
 };
 

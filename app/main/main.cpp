@@ -37,7 +37,7 @@ int main(int argc, char** argv)
         CLogWriter::install();
 
     QApplication app(argc, argv);
-    prefetch.startBus();
+    prefetch.startWithApplication();
     // The Wayland app id (and X11 class hint) names the desktop entry, from which a
     // phone's shell takes the icon, the name and the form factors.
     QGuiApplication::setDesktopFileName(QStringLiteral("com.qel.tarvik"));
