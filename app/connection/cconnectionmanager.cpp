@@ -3,6 +3,8 @@
 
 #include "cconnectionmanager.h"
 
+#include "cplugindirectory.h"
+
 #include "inetworkbackend.h"
 
 #include <QCoreApplication>
@@ -59,11 +61,7 @@ QObject* loadBackendPlugin()
 
 QStringList CConnectionManager::searchPaths()
 {
-    const QString env = qEnvironmentVariable("TARVIK_PLUGIN_DIR");
-    if (!env.isEmpty())
-        return {env};
-    return {QDir::cleanPath(QDir(QCoreApplication::applicationDirPath())
-                                .filePath(QStringLiteral(TARVIK_PLUGIN_RELDIR)))};
+    return {pluginDirectory()};
 }
 
 CConnectionManager::CConnectionManager()

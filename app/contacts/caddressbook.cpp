@@ -3,6 +3,8 @@
 
 #include "caddressbook.h"
 
+#include "cplugindirectory.h"
+
 #include <signal.h>
 #include <sys/prctl.h>
 #include <unistd.h>
@@ -31,12 +33,7 @@ CAddressBook::~CAddressBook()
 
 QString CAddressBook::helperPath()
 {
-    QString dir = qEnvironmentVariable("TARVIK_PLUGIN_DIR");
-    if (dir.isEmpty()) {
-        dir = QDir(QCoreApplication::applicationDirPath())
-                  .filePath(QStringLiteral(TARVIK_PLUGIN_RELDIR));
-    }
-    return QDir::cleanPath(QDir(dir).filePath(QLatin1String(kHelperName)));
+    return pluginFile(QLatin1String(kHelperName));
 }
 
 void CAddressBook::initialize()

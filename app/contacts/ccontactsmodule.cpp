@@ -3,6 +3,8 @@
 
 #include "ccontactsmodule.h"
 
+#include "cplugindirectory.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -37,12 +39,7 @@ CContactsModule* CContactsModule::instance()
 
 QStringList CContactsModule::searchPaths()
 {
-    const QString env = qEnvironmentVariable("TARVIK_PLUGIN_DIR");
-    if (!env.isEmpty()) {
-        return {env};
-    }
-    return {QDir::cleanPath(QDir(QCoreApplication::applicationDirPath())
-                                .filePath(QStringLiteral(TARVIK_PLUGIN_RELDIR)))};
+    return {pluginDirectory()};
 }
 
 bool CContactsModule::loadLibrary(QString* error) const

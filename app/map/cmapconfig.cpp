@@ -3,6 +3,8 @@
 
 #include "cmapconfig.h"
 
+#include "cplugindirectory.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QJsonDocument>
@@ -136,11 +138,7 @@ QString CMapConfig::pageConfigScript()
 
 QString CMapConfig::helperPath()
 {
-    QString strDir = qEnvironmentVariable("TARVIK_PLUGIN_DIR");
-    if (strDir.isEmpty())
-        strDir = QDir(QCoreApplication::applicationDirPath())
-                     .filePath(QStringLiteral(TARVIK_PLUGIN_RELDIR));
-    return QDir::cleanPath(QDir(strDir).filePath(QStringLiteral("tarvik-mapview")));
+    return pluginFile(QStringLiteral("tarvik-mapview"));
 }
 
 }  // namespace Dravo

@@ -3,6 +3,8 @@
 
 #include "cmapmodule.h"
 
+#include "cplugindirectory.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -34,11 +36,7 @@ State& state()
 
 QStringList CMapModule::searchPaths()
 {
-    const QString env = qEnvironmentVariable("TARVIK_PLUGIN_DIR");
-    if (!env.isEmpty())
-        return {env};
-    return {QDir::cleanPath(QDir(QCoreApplication::applicationDirPath())
-                                .filePath(QStringLiteral(TARVIK_PLUGIN_RELDIR)))};
+    return {pluginDirectory()};
 }
 
 IMapModule* CMapModule::module()
